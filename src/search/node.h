@@ -1,0 +1,168 @@
+// Steps of a node: the worth of the move, the leaf, the folding of a child's value, the cut-off test.
+//
+// In all of these c is the colour that made the incoming move of ply n and o = outra(c) the side that replies. At even
+// plies o is the root side, at odd plies c is.
+#pragma once
+
+#include "base/bounds.h"
+#include "base/numeric.h"
+#include "base/options.h"
+#include "base/root.h"
+#include "board/attacks.h"
+#include "eval/extra_eval.h"
+#include "search/ply_table.h"
+
+namespace ondrel {
+
+#if ONDREL_TRACE
+void rastreia_entrada(int n, Lance m);
+void rastreia_volta(std::uint32_t entrada, int n, float v);
+#endif
+
+// deep_<c><N>: searches the move m of c, unplayed on tabd<N-1>, and leaves its value in alfa<N> or beta<N>. The caller
+// has counted the node and left the position after the move on tab2, where c's king is safe.
+template <Cor c, class P>
+void deep_(P n, Lance m);
+
+// Leaves promocao and ppassado of the move m of c on the board `antes`.
+template <Cor c>
+inline void avalia_lance(const Tabuleiro& antes, Lance m) {
+    const bool de_peao = antes[m.origem()] == codigo(c, peao);
+    promocao = de_peao && m.b == fila(c, 6) ? 80 : 0;
+    ppassado = de_peao && m.a != m.c && antes[m.destino()] == vazia ? 10 : 0;
+}
+
+// Material after the move m of c, by Cor, from the ply above it.
+template <Cor c>
+inline std::array<float, 2> material_depois(const Ply& acima, Lance m) {
+    std::array<float, 2> total = acima.material;
+    total[c] += static_cast<float>(promocao + ppassado);
+    total[outra(c)] -= static_cast<float>(valor_da_peca(acima.tabd[m.destino()]));
+    return total;
+}
+
+// --- Leaf ---
+
+// Whether some bound of the root side's opponent, or of the root side, puts a full judgement of v out of the question.
+template <bool par>
+inline bool fora_da_janela(int n, float v) {
+    for (int k = n - 2; k >= 0; k -= 2) {
+        if (par ? !(v > alfa[k] - piecesac) : !(v < beta[k] + piecesac)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Material difference, with the logarithm of the ratio, of the root side r.
+inline float material_com_razao(float r, float outro) {
+    return static_cast<float>(static_cast<long double>(r - outro) + ln_da_razao(r, outro) * MQ);
+}
+
+// The value of a leaf. tab2 still holds the position after the move.
+template <Cor c, class P>
+inline void folha(P n, Lance m) {
+    constexpr Cor raiz = P::par ? outra(c) : c;
+    const std::array<float, 2> material = material_depois<c>(ply[n - 1], m);
+    float& v = valor<P::par>(n);
+    v = material[raiz] - material[outra(raiz)];
+    if (extradef) {
+        v = material_com_razao(material[raiz], material[outra(raiz)]);
+    }
+    if (!EXTRA_EVAL || fora_da_janela<P::par>(n, v)) {
+        return;
+    }
+    if constexpr (P::par) {
+        extra_eval<raiz>();
+    } else {
+        extra_evall<raiz>();
+    }
+    v += extraeval;
+    if (EMPAT) {
+        v = static_cast<float>(emp);
+    }
+}
+
+// The leaf of ply 2, for the shallowest depth only: lead less the plain ratio, without a judgement.
+template <Cor c>
+inline void folha_da_ply_2(Lance m) {
+    const std::array<float, 2> material = material_depois<c>(ply[1], m);
+    const float vantagem = material[outra(c)] - material[c];
+    alfa[2] = vantagem;
+    if (extradef && material[outra(c)] != 0) {
+        alfa[2] = static_cast<float>(static_cast<long double>(vantagem) -
+                                     static_cast<long double>(material[c]) / material[outra(c)]);
+    }
+}
+
+// --- Bounds ---
+
+// Takes the child's value into the bound of ply n, if it improves it.
+template <class P>
+inline void recolhe(P n) {
+    if constexpr (P::par) {
+        if (beta[n + 1] > alfa[n]) {
+            alfa[n] = beta[n + 1];
+            ply[n].X_D = 0;
+        }
+    } else {
+        if (alfa[n + 1] < beta[n]) {
+            beta[n] = alfa[n + 1];
+            ply[n].X_D = 0;
+        }
+    }
+}
+
+// Whether v, a value of ply n, crosses a bound of the other side at any of the plies from `perto` up to the root.
+template <bool par>
+inline bool cruza_a_cadeia(float v, int perto) {
+    for (int k = perto; k >= 0; k -= 2) {
+        if (par ? v >= beta[k] : v <= alfa[k]) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// The cut-off test of ply n's move loop.
+template <class P>
+inline bool corta(P n) {
+    const float v = valor<P::par>(n);
+    return cruza_a_cadeia<P::par>(v, n - 1) || (P::par ? v >= MAXcut[n] : v <= -MAXcut[n]) ||
+           (tabela_das_plies[n].pai_corta && corte_beta[n - 1]);
+}
+
+// Whether the value of node n would cut its parent.
+template <class P>
+inline bool corta_o_pai(P n) {
+    return cruza_a_cadeia<!P::par>(valor<P::par>(n), n - 2);
+}
+
+// --- Candidates, moves of the side to move on tabd<N> ---
+
+// Makes the trial of m and tells whether it is legal.
+template <Cor c>
+inline bool legal(int n, Lance m) {
+    init_tabuleiro2_deep<c>(n, m);
+    verifica_rei<c>();
+    return !Y;
+}
+
+// Searches m, whose trial stands on tab2, and tells whether it ends the move loop of ply n. With `regra_do_deep` the
+// last ply that generates replies is content with its first move.
+template <Cor c, class P>
+inline bool procura(P n, Lance m, bool regra_do_deep) {
+    ++nodes;
+#if ONDREL_TRACE
+    const std::uint32_t entrada = nodes;
+    rastreia_entrada(n + 1, m);
+#endif
+    deep_<c>(n.filha(), m);
+#if ONDREL_TRACE
+    rastreia_volta(entrada, n + 1, valor<!P::par>(n + 1));
+#endif
+    recolhe(n);
+    return corta(n) || (regra_do_deep && tabela_das_plies[n].deep_corta && deep == n);
+}
+
+}  // namespace ondrel
