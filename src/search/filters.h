@@ -43,10 +43,12 @@ inline bool filtro_vertical(P n, Lance m, const Tabuleiro& entrada) {
     switch (regras) {
         case Vertical::das_plies_9_a_21:
             if (deep == n && perdida(n, S) && !da_xeque<c>(entrada)) {
+                conta(Regra::vertical_corta);
                 beta[n] = S;
                 return true;
             }
             if (deep == n + 2 && placar_mantido(15.0F) && perdida(n, S)) {
+                conta(Regra::vertical_encurta);
                 deep = n;
             }
             return false;
@@ -54,17 +56,20 @@ inline bool filtro_vertical(P n, Lance m, const Tabuleiro& entrada) {
             if (deep == 7) {
                 for (int k = 0; k < n; k += 2) {
                     if (alfa[k] - 10.0F >= S && alfa[k] < mate_minimo) {
+                        conta(Regra::vertical_avisa_o_pai);
                         corte_beta[n - 2] = 1;
                     }
                 }
             } else if (deep == 9 && ply[n - 1].tabd[m.destino()] == vazia && !promocao && perdida(n, S) &&
                        !da_xeque<c>(entrada)) {
+                conta(Regra::vertical_corta);
                 beta[n] = S;
                 return true;
             }
             return false;
         default:
             if (perdida(n, S)) {
+                conta(Regra::vertical_avisa_o_pai);
                 corte_beta[n - 2] = 1;
             }
             return false;
@@ -80,6 +85,7 @@ inline void estende(P n) {
     }
     fim = relogio();
     if (tempo_usado() <= limite_suave() && CPU != 0) {
+        conta(Regra::extensao);
         deep = n + 2;
     }
 }
@@ -95,6 +101,7 @@ inline bool tempo_esgotado(P n, int& deep_guardado) {
     if (tempo_usado() < limite_duro()) {
         return false;
     }
+    conta(Regra::tempo_esgotado);
     deep = n;
     deep_guardado = n;
     corte_MAXcut = 1;

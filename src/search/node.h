@@ -7,17 +7,13 @@
 #include "base/bounds.h"
 #include "base/numeric.h"
 #include "base/options.h"
+#include "base/probe.h"
 #include "base/root.h"
 #include "board/attacks.h"
 #include "eval/extra_eval.h"
 #include "search/ply_table.h"
 
 namespace ondrel {
-
-#if ONDREL_TRACE
-void rastreia_entrada(int n, Lance m);
-void rastreia_volta(std::uint32_t entrada, int n, float v);
-#endif
 
 // deep_<c><N>: searches the move m of c, unplayed on tabd<N-1>, and leaves its value in alfa<N> or beta<N>. The caller
 // has counted the node and left the position after the move on tab2, where c's king is safe.
@@ -69,9 +65,14 @@ inline void folha(P n, Lance m) {
     if (extradef) {
         v = material_com_razao(material[raiz], material[outra(raiz)]);
     }
-    if (!EXTRA_EVAL || fora_da_janela<P::par>(n, v)) {
+    if (!EXTRA_EVAL) {
         return;
     }
+    if (fora_da_janela<P::par>(n, v)) {
+        conta(Regra::preguica);
+        return;
+    }
+    conta(Regra::julgamento);
     if constexpr (P::par) {
         extra_eval<raiz>();
     } else {
@@ -153,14 +154,7 @@ inline bool legal(int n, Lance m) {
 template <Cor c, class P>
 inline bool procura(P n, Lance m, bool regra_do_deep) {
     ++nodes;
-#if ONDREL_TRACE
-    const std::uint32_t entrada = nodes;
-    rastreia_entrada(n + 1, m);
-#endif
-    deep_<c>(n.filha(), m);
-#if ONDREL_TRACE
-    rastreia_volta(entrada, n + 1, valor<!P::par>(n + 1));
-#endif
+    observa_filho(n + 1, m, valor<!P::par>(n + 1), [n, m] { deep_<c>(n.filha(), m); });
     recolhe(n);
     return corta(n) || (regra_do_deep && tabela_das_plies[n].deep_corta && deep == n);
 }

@@ -51,6 +51,7 @@ template <Cor c, class P>
 bool tenta(P n, Lance m, const Tabuleiro& entrada) {
     ++curr_N[n];
     if (reduz<c>(n, m, entrada)) {
+        conta(Regra::reducao);
         {
             const DeepReduzido guarda(2, guarda_tabelas(n));
             corre<c>(n, m, false, entrada);
@@ -58,13 +59,16 @@ bool tenta(P n, Lance m, const Tabuleiro& entrada) {
         if (!corta_o_pai(n)) {
             return false;
         }
+        conta(Regra::reducao_repetida);
         LmrT[n] = 1;
     } else if (aplica_amr<c>(n, entrada)) {
+        conta(Regra::amr);
         {
             const DeepReduzido guarda(2, guarda_tabelas(n));
             corre<c>(n, m, true, entrada);
         }
         if (corta_o_pai(n)) {
+            conta(Regra::amr_refuta);
             return true;
         }
         AmrT[n] = 1;
@@ -134,6 +138,7 @@ bool passe_nulo(P n, Lance m, const Tabuleiro& entrada) {
     if (!permite_null_move<c>(n) || da_xeque<c>(entrada)) {
         return false;
     }
+    conta(Regra::null_move);
     zera_filhos(n);
     avalia_lance<c>(ply[n - 1].tabd, m);
     const auto filha = n.filha();
@@ -151,6 +156,7 @@ bool passe_nulo(P n, Lance m, const Tabuleiro& entrada) {
     }
     const float v = valor<!P::par>(filha);
     if ((P::par ? v < mate_minimo : v > -mate_minimo) && cruza_a_cadeia<P::par>(v, n - 1)) {
+        conta(Regra::null_move_resolve);
         valor<P::par>(n) = v;
         return true;
     }
@@ -166,6 +172,7 @@ inline bool passe_iid(P n, Lance m, const Tabuleiro& entrada) {
     if (deep < deep_minimo) {
         return false;
     }
+    conta(Regra::iid);
     const DeepReduzido guarda(4, true);
     corre<c>(n, m, false, entrada);
     return true;

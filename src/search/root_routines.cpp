@@ -1,6 +1,7 @@
 #include "search/root_routines.h"
 
 #include "base/bounds.h"
+#include "base/probe.h"
 #include "base/root.h"
 #include "board/castling.h"
 #include "board/repetition.h"
@@ -11,11 +12,6 @@
 #include <span>
 
 namespace ondrel {
-
-#if ONDREL_TRACE
-void rastreia_entrada(int n, Lance m);
-void rastreia_volta(std::uint32_t entrada, int n, float v);
-#endif
 
 namespace {
 
@@ -41,14 +37,7 @@ void guarda_melhor(Lance m, float v) {
 template <Cor c>
 bool busca(const Visita& v, Lance m) {
     ++nodes;
-#if ONDREL_TRACE
-    const std::uint32_t entrada = nodes;
-    rastreia_entrada(1, m);
-#endif
-    deep_1<c>(m);
-#if ONDREL_TRACE
-    rastreia_volta(entrada, 1, beta[1]);
-#endif
+    observa_filho(1, m, beta[1], [m] { deep_1<c>(m); });
     if (beta[1] > alfa[0]) {
         alfa[0] = beta[1];
     }

@@ -179,6 +179,9 @@ inline bool fim_da_linha(P n, Lance m) {
         return false;
     }
     verifica_rei<outra(c)>();
+    if (!Y) {
+        conta(Regra::porta);
+    }
     return !Y;
 }
 

@@ -4,11 +4,13 @@
 #include "base/clock.h"
 #include "base/numeric.h"
 #include "base/options.h"
+#include "base/probe.h"
 #include "base/root.h"
 #include "memory/game_memory.h"
 #include "memory/shallow_tables.h"
 #include "search/root_routines.h"
 #include "search/score_windows.h"
+#include "search/seams.h"
 
 #include <span>
 #include <string_view>
@@ -295,6 +297,10 @@ void busca_na_raiz(Cor minha) {
         itera<pretas>();
     }
 }
+
+#if ONDREL_TRACE
+void programa_da_raiz(Cor c) { c == brancas ? programa<brancas>() : programa<pretas>(); }
+#endif
 
 void busca_do_primeiro_lance(Cor minha) {
     if (minha == brancas) {

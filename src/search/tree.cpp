@@ -4,7 +4,10 @@
 #include "memory/shallow_tables.h"
 #include "search/reductions.h"
 #include "search/scout.h"
+#include "search/seams.h"
 #include "search/staged_generators.h"
+
+#include <type_traits>
 
 namespace ondrel {
 
@@ -45,9 +48,12 @@ void deep_com_scan(P n, Lance m) {
         AmrT[n + 1] = 0;
     }
     if (HASHf && deep >= tabela_das_plies[n].scan_deep) {
+        conta(Regra::scan);
         hash_table_scan(n, c);
     }
-    if (!HASHTABLE[n]) {
+    if (HASHTABLE[n]) {
+        conta(Regra::scan_acerta);
+    } else {
         deep_com_tabela<c>(n, m);
     }
 }
@@ -61,6 +67,7 @@ void deep_2(P n, Lance m) {
     }
     verifica_empate();
     if (pempate) {
+        conta(Regra::repeticao);
         alfa[n] = static_cast<float>(emp);
         return;
     }
@@ -72,12 +79,14 @@ void deep_2(P n, Lance m) {
         return;
     }
     if (PVS && beta[1] != inicio_beta) {
+        conta(Regra::sonda_da_ply_2);
         bool refutado = false;
         {
             const JanelaDaPly2 janela;
             refutado = tenta<c>(n, m, entrada);
         }
         if (refutado || alfa[n] > beta[1] - 1.0F || alfa[n] <= -MAXcutt[1]) {
+            conta(Regra::sonda_da_ply_2_resolve);
             return;
         }
     }
@@ -177,6 +186,7 @@ void corre_ply_1(Lance m, float valor_de_partida) {
 // The IID pass: leaves BETA1.
 template <Cor c>
 void iid_da_ply_1(Lance m) {
+    conta(Regra::iid);
     const DeepReduzido guarda(4, true);
     if (TURBO) {
         turbo_largo();
@@ -190,6 +200,7 @@ void iid_da_ply_1(Lance m) {
 // The scout pass asks whether the move can matter at all. Tells whether it settles the move.
 template <Cor c>
 bool sonda_da_ply_1(Lance m, bool iid_correu) {
+    conta(Regra::sonda_da_ply_1);
     PVSm = 1;
     abre_turbo(iid_correu);
     abre_janela_de_sonda();
@@ -211,6 +222,7 @@ float alarga_a_raiz() {
     if (!SCAN1 || DEEP9 || deep != 9 || alfa[0] < beta[1]) {
         return inicio_beta;
     }
+    conta(Regra::alarga_a_raiz);
     const float partida = alfa[0];
     const long double linha =
         -15.0L + materialflot0 + valor_da_peca(peca) + ln_da_razao(material_a[c], material_a[outra(c)]) * MQ;
@@ -243,6 +255,7 @@ void passes_da_ply_1(Lance m) {
     }
     const bool sonda = PVS && (SCAN1 || (SCANT && ALFA0 != inicio_alfa));
     if (sonda && sonda_da_ply_1<c>(m, iid_correu)) {
+        conta(Regra::sonda_da_ply_1_resolve);
         info_deept();
         return;
     }
@@ -251,6 +264,7 @@ void passes_da_ply_1(Lance m) {
     } else {
         ++curr;
     }
+    conta(Regra::passe_pleno);
     const float partida = alarga_a_raiz<c>();
     abre_turbo(iid_correu);
     corre_ply_1<c>(m, partida);
@@ -276,5 +290,65 @@ void deep_1(Lance m) {
 
 template void deep_1<brancas>(Lance m);
 template void deep_1<pretas>(Lance m);
+
+#if ONDREL_TRACE
+
+namespace {
+
+// Calls `f` with the colour and the ply as the templates want them.
+template <class F>
+void com_cor_e_ply(int n, Cor c, F f) {
+    const auto com_ply = [&](auto cor) { n % 2 == 0 ? f(cor, PlyMovel<true>{n}) : f(cor, PlyMovel<false>{n}); };
+    c == brancas ? com_ply(std::integral_constant<Cor, brancas>{}) : com_ply(std::integral_constant<Cor, pretas>{});
+}
+
+}  // namespace
+
+void ordem_dos_lances_da_ply(int n, Cor c) {
+    com_cor_e_ply(n, c, [n](auto cor, auto p) {
+        if (n == 1) {
+            ordem_da_ply_1<cor()>();
+        } else {
+            ordem_dos_lances<cor()>(p);
+        }
+    });
+}
+
+void gerador_da_ply(int n, Cor c, int vitima, bool teste) {
+    com_cor_e_ply(n, c, [=](auto cor, auto p) {
+        teste ? gerador_deep<cor(), true>(p, vitima / 8, vitima % 8)
+              : gerador_deep<cor(), false>(p, vitima / 8, vitima % 8);
+    });
+}
+
+void analiselivre_da_ply(int n, Cor c, int origem, bool teste) {
+    const auto piece = static_cast<Peca>(valor_da_peca(ply[n].tabd[origem]));
+    com_cor_e_ply(n, c, [=](auto cor, auto p) {
+        teste ? analiselivre_deep<cor(), true>(p, piece, origem / 8, origem % 8)
+              : analiselivre_deep<cor(), false>(p, piece, origem / 8, origem % 8);
+    });
+}
+
+void analisepositive_peao_da_ply(int n, Cor c, int origem) {
+    com_cor_e_ply(n, c,
+                  [=](auto cor, auto p) { analisepositive_peao_deep<cor()>(p, origem / 8, origem % 8); });
+}
+
+void analisepositive_da_ply_1(Cor c, int K, int origem) {
+    const auto piece = static_cast<Peca>(valor_da_peca(ply[1].tabd[origem]));
+    com_cor_e_ply(1, c, [=](auto cor, auto) { analisepositive_deep1<cor()>(K, piece, origem / 8, origem % 8); });
+}
+
+void deep_da_ply(int n, Cor c, Lance m) {
+    com_cor_e_ply(n, c, [=](auto cor, auto p) {
+        if (n == 1) {
+            deep_1<cor()>(m);
+        } else {
+            deep_<cor()>(p, m);
+        }
+    });
+}
+
+#endif
 
 }  // namespace ondrel

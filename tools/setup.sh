@@ -1,0 +1,108 @@
+# Shared by run, test and .ci/run, which set `root`: what must be installed, and how a preset is built.
+# Nothing here writes to standard output or reads standard input. ONDREL_NO_INSTALL=1 forbids installing.
+
+any_of() {
+    local command
+    for command in "$@"; do
+        command -v "$command" >/dev/null && return
+    done
+    return 1
+}
+
+has_header() {
+    printf '#if !__has_include(<%s>)\n#error\n#endif\n' "$1" | c++ -E -x c++ -o /dev/null - 2>/dev/null
+}
+
+# Whether what the Debian package offers is there, wherever it came from.
+has() {
+    case $1 in
+        ninja-build) any_of ninja ;;
+        g++) any_of c++ ;;
+        clang) any_of clang++ ;;
+        xvfb) any_of Xvfb ;;
+        clang-tidy) any_of clang-tidy && any_of run-clang-tidy ;;
+        libgtest-dev) has_header gtest/gtest.h ;;
+        libbenchmark-dev) has_header benchmark/benchmark.h ;;
+        libclang-rt-14-dev)
+            echo 'int main() {}' | clang++ -fsanitize=address -x c++ -o /dev/null - 2>/dev/null ;;
+        *) PATH=$PATH:/usr/games any_of "$1" ;;  # Debian keeps some chess programs out of root's path
+    esac
+}
+
+# missing PACKAGE...: puts those that are not there into `absent`; false if there are none.
+missing() {
+    local package
+    absent=()
+    for package in "$@"; do
+        has "$package" || absent+=("$package")
+    done
+    [[ ${#absent[@]} -gt 0 ]]
+}
+
+# apt_get ARGUMENT...: as root, or with a sudo that asks nothing; false where neither is to be had.
+apt_get() {
+    local as_root=(env)
+    [[ -z ${ONDREL_NO_INSTALL:-} ]] && any_of apt-get || return
+    if [[ $EUID -ne 0 ]]; then
+        sudo -n true 2>/dev/null || return
+        as_root=(sudo -n env)
+    fi
+    "${as_root[@]}" DEBIAN_FRONTEND=noninteractive apt-get -y -o DPkg::Lock::Timeout=120 -o Acquire::Retries=1 \
+        -o Acquire::http::Timeout=15 "$@" </dev/null >/dev/null 2>&1
+}
+
+install_packages() {
+    apt_get install --no-install-recommends "$@" ||
+        { apt_get update && apt_get install --no-install-recommends "$@"; }
+}
+
+# need PACKAGE...: installs what is missing, or says in one line what to install and ends the script.
+need() {
+    missing "$@" || return 0
+    install_packages "${absent[@]}" || true
+    if missing "$@"; then
+        echo "${0##*/}: please install (Debian package names): ${absent[*]}" >&2
+        exit 1
+    fi
+}
+
+# want PACKAGE...: installs what can be installed and lets the rest be.
+want() {
+    local package
+    missing "$@" || return 0
+    for package in "${absent[@]}"; do
+        install_packages "$package" || true
+    done
+}
+
+jobs=${ONDREL_JOBS:-$(nproc 2>/dev/null || echo 2)}
+
+# configured PRESET: its build directory exists, is of this source tree and is not older than the presets.
+configured() {
+    [[ build/$1/build.ninja -nt CMakePresets.json ]] &&
+        grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$(pwd -P)" "build/$1/CMakeCache.txt"
+}
+
+configure() {
+    # A cache that came along with a copied tree would build the tree it came from.
+    if [[ -f build/$1/CMakeCache.txt ]] &&
+        ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$(pwd -P)" "build/$1/CMakeCache.txt"; then
+        rm -rf "build/$1"
+    fi
+    cmake --preset "$1"
+}
+
+# build PRESET [ARGUMENT...]: silent; shows the log on standard error if it fails. Waits for a build of the same preset
+# that another process began. With `reconfigure` set it looks anew for what was not installed the last time.
+build() (
+    cd "$root"
+    mkdir -p build
+    if any_of flock; then
+        exec 9>"build/$1.lock"
+        flock 9
+    fi
+    {
+        { { [[ -z ${reconfigure:-} ]] && configured "$1"; } || configure "$1"; } &&
+            cmake --build --preset "$1" -j "$jobs" "${@:2}"
+    } </dev/null >"build/$1.log" 2>&1 || { cat "build/$1.log" >&2; return 1; }
+)
