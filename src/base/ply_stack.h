@@ -1,10 +1,12 @@
 // The ply stack: one record per ply, copied from the ply above by its node, so that nothing is ever undone.
 #pragma once
 
+#include "base/masks.h"
 #include "base/types.h"
 
 namespace ondrel {
 
+constexpr int sem_rei = -1;
 constexpr int ultima_ply = 24;  // a leaf only: it has no board of its own
 
 // The position after N plies of the line now being searched. Written by the node of ply N alone (and by the null-move
@@ -17,6 +19,15 @@ struct Ply {
     std::uint8_t X_D = 0;              // 1 until a reply has improved the ply's bound
     std::uint8_t XEQUE_MATE = 0;       // 1 until the king's generator has found its side not in check
     std::array<float, 2> material{};   // running material by Cor, score units
+    Mascaras mascaras;                 // tabd in sets of squares
+
+    // Prepared by prepara_lances for the move loop of the ply, and constant while it runs.
+    Mascara destinos = 0;   // where a man other than the king may go: all squares, or those that answer a check
+    Mascara cravadas = 0;   // men of the side to move that may leave its king on their line alone
+    int rei_em = sem_rei;   // square of the king of the side to move; sem_rei where it has none or several
+    bool em_xeque = false;  // that king is attacked
+    float cadeia = 0;       // the bound above that cuts first: the highest alfa above an odd ply, the lowest beta
+    float corta_em = 0;     // the same with the ply's own limit: a value that reaches it ends the loop
 };
 
 inline std::array<Ply, ultima_ply> ply;

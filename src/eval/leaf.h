@@ -3,7 +3,7 @@
 #pragma once
 
 #include "base/types.h"
-#include "board/masks.h"
+#include "base/masks.h"
 
 namespace ondrel {
 

@@ -10,26 +10,11 @@ void preenche_pico(std::array<TabelaInteira, 2>& tabela, Cor c, int altura, int 
     }
 }
 
-void preenche_pesos() {
-    for (int f = 0; f < 8; ++f) {
-        for (int r = 0; r < 8; ++r) {
-            const double distancia = (f - 3.5) * (f - 3.5) + (r - 3.5) * (r - 3.5) + 2.0;
-            centro[casa(f, r)] = static_cast<float>(1.0 / distancia);
-            centroo[casa(f, r)] = static_cast<float>(50.0 / distancia);
-            for (const Cor c : {brancas, pretas}) {
-                const int faltam = 7 - fila(c, r);
-                promo[c][casa(f, r)] = static_cast<float>(1.0 / (2 * faltam * faltam + 2));
-            }
-        }
-    }
-}
-
 }  // namespace
 
 void preenche_tabelas_da_partida(Cor c) {
     preenche_pico(posix_peao_inici, c, 10, 4, 3);
     preenche_pico(posix_cavalo, c, 10, 4, 4);
-    preenche_pesos();
 }
 
 void preenche_tabelas(Cor c) {

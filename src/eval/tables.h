@@ -32,19 +32,32 @@ constexpr std::array<TabelaInteira, 2> posix_peao_final = [] {
     return t;
 }();
 
-// Weights of the leaf evaluation, filled with the tables of either colour.
-inline TabelaReal centro{};
-inline TabelaReal centroo{};
-inline std::array<TabelaReal, 2> promo{};  // promo_b, promo_p
+// Weights of the leaf evaluation: nearness of a square to the centre, and of a pawn to its promotion.
+template <class Peso>
+constexpr TabelaReal tabela_de_pesos(Peso peso) {
+    TabelaReal t{};
+    for (int i = 0; i < 64; ++i) {
+        t[i] = static_cast<float>(peso(i / 8, i % 8));
+    }
+    return t;
+}
+
+constexpr double longe_do_centro(int f, int r) { return (f - 3.5) * (f - 3.5) + (r - 3.5) * (r - 3.5) + 2.0; }
+
+constexpr TabelaReal centro = tabela_de_pesos([](int f, int r) { return 1.0 / longe_do_centro(f, r); });
+constexpr TabelaReal centroo = tabela_de_pesos([](int f, int r) { return 50.0 / longe_do_centro(f, r); });
+constexpr std::array<TabelaReal, 2> promo{  // promo_b, promo_p
+    tabela_de_pesos([](int, int r) { return 1.0 / (2 * (r - 7) * (r - 7) + 2); }),
+    tabela_de_pesos([](int, int r) { return 1.0 / (2 * r * r + 2); })};
 
 // Tables of the position of the game, filled by init_tabuleiro: nearness to the kings and to the foremost pawns.
 inline std::array<TabelaInteira, 2> Xr{};  // Xr_b, Xr_p
 inline std::array<TabelaInteira, 2> XP{};  // XP_b, XP_p
 
-// Fills what a new game with the engine as c needs: pawns, knights and the weights.
+// Fills what a new game with the engine as c needs: pawns and knights.
 void preenche_tabelas_da_partida(Cor c);
 
-// Fills all tables of c and the weights.
+// Fills all tables of c.
 void preenche_tabelas(Cor c);
 
 // Nearness of two squares: squared distance plus 2.

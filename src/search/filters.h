@@ -12,13 +12,15 @@ inline bool placar_mantido(float primeiro = 5.0F) {
     return alfa[0] >= primeiro || (alfa[0] >= ALFA0 - 5.0F && alfa[0] >= -15.0F);
 }
 
-// Asks whether the incoming move gives check, about the position that the caller's trial left: it is put back on tab2
-// where a subtree has overwritten it.
+// Asks whether the incoming move m of ply n gives check: verifica_rei_<o> about the position that the caller's trial
+// left. At ply 1 that is what stands on tab2, which for one castling is not the position after the move.
 template <Cor c>
-inline bool da_xeque(const Tabuleiro& entrada) {
-    tab2 = entrada;
-    verifica_rei<outra(c)>();
-    return Y;
+inline bool da_xeque(int n, Lance m) {
+    if (n == 1) {
+        verifica_rei<outra(c)>();
+        return Y;
+    }
+    return rei_atacado<outra(c)>(depois<c>(ply[n - 1], m));
 }
 
 // T(10): some bound of the root side at an even ply above n lies 10 or more over S.
@@ -34,7 +36,7 @@ inline bool perdida(int n, float S) {
 // The vertical filter gives up lines that the root side is losing at the last full plies. Tells whether the node ends,
 // with S, its static score, as its value.
 template <Cor c, class P>
-inline bool filtro_vertical(P n, Lance m, const Tabuleiro& entrada) {
+inline bool filtro_vertical(P n, Lance m) {
     const Vertical regras = tabela_das_plies[n].vertical;
     if (!VERTICAL_filt || regras == Vertical::nenhum) {
         return false;
@@ -42,7 +44,7 @@ inline bool filtro_vertical(P n, Lance m, const Tabuleiro& entrada) {
     const float S = material_com_razao(ply[n].material[c], ply[n].material[outra(c)]);
     switch (regras) {
         case Vertical::das_plies_9_a_21:
-            if (deep == n && perdida(n, S) && !da_xeque<c>(entrada)) {
+            if (deep == n && perdida(n, S) && !da_xeque<c>(n, m)) {
                 conta(Regra::vertical_corta);
                 beta[n] = S;
                 return true;
@@ -61,7 +63,7 @@ inline bool filtro_vertical(P n, Lance m, const Tabuleiro& entrada) {
                     }
                 }
             } else if (deep == 9 && ply[n - 1].tabd[m.destino()] == vazia && !promocao && perdida(n, S) &&
-                       !da_xeque<c>(entrada)) {
+                       !da_xeque<c>(n, m)) {
                 conta(Regra::vertical_corta);
                 beta[n] = S;
                 return true;

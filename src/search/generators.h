@@ -14,7 +14,8 @@ namespace ondrel {
 
 // One attacker found: tells whether it ends the node.
 template <Cor c, bool teste, class P>
-inline bool candidato_de_captura(P n, Lance m) {
+inline bool candidato_de_captura(P n, int de, int vitima) {
+    const Lance m{de / 8, de % 8, vitima / 8, vitima % 8};
     const Lance na_gaveta{m.c, m.d, m.a, m.b};
     if ((aag_ddg[n] == na_gaveta) != teste || !legal<c>(n, m) || !procura<c>(n, m, !teste)) {
         return false;
@@ -26,49 +27,60 @@ inline bool candidato_de_captura(P n, Lance m) {
     return true;
 }
 
-// Walks from the victim on (f, r) to the first man on a ray and tries it if it attacks along the ray.
-template <Cor c, bool teste, class P>
-inline bool captura_no_raio(P n, int f, int r, Passo s, Peca deslizante, bool lado_do_peao) {
-    const Tabuleiro& t = ply[n].tabd;
-    int af = f + s.file;
-    int ar = r + s.rank;
-    const bool encostado = no_tabuleiro(af, ar) && t[casa(af, ar)] != vazia;
-    while (no_tabuleiro(af, ar) && t[casa(af, ar)] == vazia) {
-        af += s.file;
-        ar += s.rank;
-    }
-    if (!no_tabuleiro(af, ar)) {
-        return false;
-    }
-    const int x = t[casa(af, ar)];
-    const bool peao_captura = lado_do_peao && x == codigo(c, peao) && (fila(c, ar) != 6 || tabela_das_plies[n].promove);
-    if (x == codigo(c, dama) || x == codigo(c, deslizante) || (encostado && (x == codigo(c, rei) || peao_captura))) {
-        return candidato_de_captura<c, teste>(n, {af, ar, f, r});
+// The men of c that stand where they could capture on a square, whatever lies between.
+struct Atacantes {
+    Mascara diagonais, retas, saltos;
+
+    [[nodiscard]] bool nenhum() const { return (diagonais | retas | saltos) == 0; }
+};
+
+template <Cor c, class P>
+inline Atacantes atacantes_de(P n, int vitima) {
+    const Mascaras& m = ply[n].mascaras;
+    const Mascara setima = tabela_das_plies[n].promove ? 0 : 0x0101010101010101U << static_cast<unsigned>(fila(c, 6));
+    const Mascara encostado = m.de(c, rei) & saltos_de_rei[vitima].casas;
+    const Mascara peoes = m.de(c, peao) & saltos_de_peao[outra(c)][vitima].casas & ~setima;
+    return {(m.cor[c] & (m.tipo[tipo_de(bispo)] | m.tipo[tipo_de(dama)]) & xis[vitima]) | encostado | peoes,
+            (m.cor[c] & (m.tipo[tipo_de(torre)] | m.tipo[tipo_de(dama)]) & cruz[vitima]) | encostado,
+            m.de(c, cavalo) & saltos_de_cavalo[vitima].casas};
+}
+
+// Tries the first man met on each ray from the victim, if it is one of `quem`.
+template <Cor c, bool teste, class P, std::size_t quantos>
+inline bool captura_nos_raios(P n, int vitima, Mascara quem, const std::array<int, quantos>& ordem) {
+    const Mascara ocupadas = ply[n].mascaras.ocupadas();
+    for (const int d : ordem) {
+        const Mascara raio = raios[vitima][d].casas;
+        if ((raio & quem) == 0) {
+            continue;
+        }
+        const int primeiro = primeiro_no_raio(d, raio & ocupadas);
+        if ((bit(primeiro) & quem) != 0 && candidato_de_captura<c, teste>(n, primeiro, vitima)) {
+            return true;
+        }
     }
     return false;
 }
 
-// gerador_<c>_deep<N>, and with `teste` geradortest_<c>_deep<N>: captures of the man on (f, r).
+// gerador_<c>_deep<N>, and with `teste` geradortest_<c>_deep<N>: captures of the man on the square.
 template <Cor c, bool teste, class P>
-void gerador_deep(P n, int f, int r) {
-    // The rays that hold the capturing side's pawns come first, as that colour sees the ranks.
-    constexpr std::array<Passo, 4> diagonais{
-        {{1, -sinal(c)}, {-1, -sinal(c)}, {1, sinal(c)}, {-1, sinal(c)}}};
-    for (const Passo s : diagonais) {
-        if (captura_no_raio<c, teste>(n, f, r, s, bispo, s.rank == -sinal(c))) {
-            return;
-        }
+void gerador_deep(P n, int vitima) {
+    // The rays that hold the capturing side's pawns come first: in the queen's order of directions (+1,-1), (-1,-1),
+    // (+1,+1), (-1,+1) for White, with the ranks mirrored for Black.
+    constexpr std::array<int, 4> diagonais = c == brancas ? std::array{5, 6, 4, 7} : std::array{4, 7, 5, 6};
+    constexpr std::array<int, 4> retas{0, 1, 2, 3};
+    const Atacantes quem = atacantes_de<c>(n, vitima);
+    if (quem.nenhum()) {
+        return;
     }
-    for (const Passo s : passos_da_torre) {
-        if (captura_no_raio<c, teste>(n, f, r, s, torre, false)) {
-            return;
-        }
+    if ((quem.diagonais != 0 && captura_nos_raios<c, teste>(n, vitima, quem.diagonais, diagonais)) ||
+        (quem.retas != 0 && captura_nos_raios<c, teste>(n, vitima, quem.retas, retas)) || quem.saltos == 0) {
+        return;
     }
-    for (const Passo s : saltos_do_cavalo) {
-        const int af = f + s.file;
-        const int ar = r + s.rank;
-        if (no_tabuleiro(af, ar) && ply[n].tabd[casa(af, ar)] == codigo(c, cavalo) &&
-            candidato_de_captura<c, teste>(n, {af, ar, f, r})) {
+    const Saltos& saltos = saltos_de_cavalo[vitima];
+    for (int k = 0; k < saltos.quantas; ++k) {
+        if ((bit(saltos.em_ordem[k]) & quem.saltos) != 0 &&
+            candidato_de_captura<c, teste>(n, saltos.em_ordem[k], vitima)) {
             return;
         }
     }
@@ -128,27 +140,40 @@ void analiselivre_peao_deep(P n, int f, int r) {
 
 // Single steps of knight and king to empty squares.
 template <Cor c, bool teste, class P>
-inline void livre_aos_saltos(P n, int f, int r, const std::array<Passo, 8>& saltos) {
-    for (const Passo s : saltos) {
-        const int cf = f + s.file;
-        const int cr = r + s.rank;
-        if (no_tabuleiro(cf, cr) && ply[n].tabd[casa(cf, cr)] == vazia &&
-            candidato_livre<c, teste>(n, {f, r, cf, cr}, !teste)) {
+inline void livre_aos_saltos(P n, int f, int r, const std::array<Saltos, 64>& tabela) {
+    const Saltos& saltos = tabela[casa(f, r)];
+    const Mascara ocupadas = ply[n].mascaras.ocupadas();
+    for (int k = 0; k < saltos.quantas; ++k) {
+        const int para = saltos.em_ordem[k];
+        if ((bit(para) & ocupadas) == 0 && candidato_livre<c, teste>(n, {f, r, para / 8, para % 8}, !teste)) {
             return;
         }
     }
 }
 
 // Rays of bishop, rook and queen, the nearest square first.
-template <Cor c, bool teste, class P, std::size_t quantos>
-inline void livre_nos_raios(P n, int f, int r, const std::array<Passo, quantos>& raios) {
-    for (const Passo s : raios) {
-        for (int cf = f + s.file, cr = r + s.rank; no_tabuleiro(cf, cr) && ply[n].tabd[casa(cf, cr)] == vazia;
-             cf += s.file, cr += s.rank) {
-            if (candidato_livre<c, teste>(n, {f, r, cf, cr}, !teste)) {
+template <Cor c, bool teste, class P>
+inline void livre_nos_raios(P n, int f, int r, int primeira_direcao, int ultima_direcao) {
+    const Mascara ocupadas = ply[n].mascaras.ocupadas();
+    for (int d = primeira_direcao; d <= ultima_direcao; ++d) {
+        const Raio& raio = raios[casa(f, r)][d];
+        const int quantas = livres_no_raio(raio, d, ocupadas);
+        for (int k = 0; k < quantas; ++k) {
+            const int para = raio.em_ordem[k];
+            if (candidato_livre<c, teste>(n, {f, r, para / 8, para % 8}, !teste)) {
                 return;
             }
         }
+    }
+}
+
+// verifica_xequemate<c>d<N>, told from the sets of the node where it has one king, the one on (f, r).
+template <Cor c>
+inline void testa_xequemate(int n, int f, int r) {
+    if (ply[n].rei_em == casa(f, r)) {
+        XM = ply[n].em_xeque ? 1 : 0;
+    } else {
+        verifica_xequemate<c>(n, f, r);
     }
 }
 
@@ -156,7 +181,7 @@ inline void livre_nos_raios(P n, int f, int r, const std::array<Passo, quantos>&
 template <Cor c, bool teste, class P>
 inline bool roca(P n, int f, int r, Lado k) {
     const Lance m = lance_do_roque(c, k);
-    verifica_xequemate<c>(n, f, r);
+    testa_xequemate<c>(n, f, r);
     if (XM || !roque_livre<c>(n, k) || (m == aa_dd[n]) != teste) {
         return false;
     }
@@ -176,14 +201,14 @@ void analiselivre_rei_deep(P n, int f, int r) {
     if (refutado_na_ply_1(n)) {
         return;
     }
-    verifica_xequemate<c>(n, f, r);
+    testa_xequemate<c>(n, f, r);
     if (!XM) {
         ply[n].XEQUE_MATE = 0;
     }
     if (n != 1 && (roca<c, teste>(n, f, r, lado_curto) || roca<c, teste>(n, f, r, lado_longo))) {
         return;
     }
-    livre_aos_saltos<c, teste>(n, f, r, passos_do_rei);
+    livre_aos_saltos<c, teste>(n, f, r, saltos_de_rei);
 }
 
 // analiselivre_<piece>_<c>_deep<N>, and with `teste` analiselivretest_<piece>_<c>_deep<N>: quiet moves of the piece on
@@ -195,10 +220,10 @@ void analiselivre_deep(P n, Peca piece, int f, int r) {
     }
     switch (piece) {
         case peao: return analiselivre_peao_deep<c, teste>(n, f, r);
-        case cavalo: return livre_aos_saltos<c, teste>(n, f, r, saltos_do_cavalo);
-        case bispo: return livre_nos_raios<c, teste>(n, f, r, passos_do_bispo);
-        case torre: return livre_nos_raios<c, teste>(n, f, r, passos_da_torre);
-        case dama: return livre_nos_raios<c, teste>(n, f, r, passos_da_dama);
+        case cavalo: return livre_aos_saltos<c, teste>(n, f, r, saltos_de_cavalo);
+        case bispo: return livre_nos_raios<c, teste>(n, f, r, 4, 7);
+        case torre: return livre_nos_raios<c, teste>(n, f, r, 0, 3);
+        case dama: return livre_nos_raios<c, teste>(n, f, r, 0, 7);
         case rei: return analiselivre_rei_deep<c, teste>(n, f, r);
         default: return;
     }

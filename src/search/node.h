@@ -9,14 +9,18 @@
 #include "base/options.h"
 #include "base/probe.h"
 #include "base/root.h"
-#include "board/attacks.h"
+#include "board/legality.h"
 #include "eval/extra_eval.h"
+#include "eval/leaf.h"
 #include "search/ply_table.h"
+
+#include <algorithm>
 
 namespace ondrel {
 
 // deep_<c><N>: searches the move m of c, unplayed on tabd<N-1>, and leaves its value in alfa<N> or beta<N>. The caller
-// has counted the node and left the position after the move on tab2, where c's king is safe.
+// has counted the node and found c's king safe after the move. The trial of the move is made on tab2 only where
+// something reads it.
 template <Cor c, class P>
 void deep_(P n, Lance m);
 
@@ -39,20 +43,26 @@ inline std::array<float, 2> material_depois(const Ply& acima, Lance m) {
 
 // --- Leaf ---
 
-// Whether some bound of the root side's opponent, or of the root side, puts a full judgement of v out of the question.
+// Whether some bound above the parent puts a full judgement of v out of the question: v must be within piecesac of
+// every alfa above an even node, of every beta above an odd one.
 template <bool par>
 inline bool fora_da_janela(int n, float v) {
-    for (int k = n - 2; k >= 0; k -= 2) {
-        if (par ? !(v > alfa[k] - piecesac) : !(v < beta[k] + piecesac)) {
-            return true;
-        }
-    }
-    return false;
+    const float limite = ply[n - 1].cadeia;
+    return par ? !(v > limite - piecesac) : !(v < limite + piecesac);
 }
 
-// Material difference, with the logarithm of the ratio, of the root side r.
+// Material difference, with the logarithm of the ratio, of the root side r. Few pairs of sums occur in a search: each
+// is worked out once.
 inline float material_com_razao(float r, float outro) {
-    return static_cast<float>(static_cast<long double>(r - outro) + ln_da_razao(r, outro) * MQ);
+    struct Par {
+        float r, outro, MQ, valor;
+    };
+    static std::array<Par, 4096> pares{};
+    Par& x = pares[(static_cast<unsigned>(inteiro(r)) * 61U + static_cast<unsigned>(inteiro(outro))) % pares.size()];
+    if (x.r != r || x.outro != outro || x.MQ != MQ || r == 0) {
+        x = {r, outro, MQ, static_cast<float>(static_cast<long double>(r - outro) + ln_da_razao(r, outro) * MQ)};
+    }
+    return x.valor;
 }
 
 // The value of a leaf. tab2 still holds the position after the move.
@@ -73,10 +83,10 @@ inline void folha(P n, Lance m) {
         return;
     }
     conta(Regra::julgamento);
-    if constexpr (P::par) {
-        extra_eval<raiz>();
-    } else {
-        extra_evall<raiz>();
+    init_tabuleiro2_deep<c>(n - 1, m);
+    julga_a_folha<raiz, outra(c)>(tab2, depois<c>(ply[n - 1], m));
+    if (P::par && deep > ddep) {
+        ddep = deep;
     }
     v += extraeval;
     if (EMPAT) {
@@ -125,12 +135,30 @@ inline bool cruza_a_cadeia(float v, int perto) {
     return false;
 }
 
+// The bounds above ply n that end its move loop, as one number each: none of them changes while the loop runs.
+template <class P>
+inline void prepara_cadeia(P n) {
+    float limite = P::par ? beta[n - 1] : alfa[n - 1];
+    for (int k = n - 3; k >= 0; k -= 2) {
+        limite = P::par ? std::min(limite, beta[k]) : std::max(limite, alfa[k]);
+    }
+    ply[n].cadeia = limite;
+    ply[n].corta_em = P::par ? std::min(limite, MAXcut[n]) : std::max(limite, -MAXcut[n]);
+}
+
 // The cut-off test of ply n's move loop.
 template <class P>
 inline bool corta(P n) {
     const float v = valor<P::par>(n);
-    return cruza_a_cadeia<P::par>(v, n - 1) || (P::par ? v >= MAXcut[n] : v <= -MAXcut[n]) ||
+    return (P::par ? v >= ply[n].corta_em : v <= ply[n].corta_em) ||
            (tabela_das_plies[n].pai_corta && corte_beta[n - 1]);
+}
+
+// Makes ready what the move loop of c on ply n reads: checks and pins, and the bounds that cut.
+template <Cor c, class P>
+inline void prepara_lances(P n) {
+    prepara_legalidade<c>(n);
+    prepara_cadeia(n);
 }
 
 // Whether the value of node n would cut its parent.
@@ -141,15 +169,7 @@ inline bool corta_o_pai(P n) {
 
 // --- Candidates, moves of the side to move on tabd<N> ---
 
-// Makes the trial of m and tells whether it is legal.
-template <Cor c>
-inline bool legal(int n, Lance m) {
-    init_tabuleiro2_deep<c>(n, m);
-    verifica_rei<c>();
-    return !Y;
-}
-
-// Searches m, whose trial stands on tab2, and tells whether it ends the move loop of ply n. With `regra_do_deep` the
+// Searches m, which has passed its legality test, and tells whether it ends the move loop of ply n. With `regra_do_deep` the
 // last ply that generates replies is content with its first move.
 template <Cor c, class P>
 inline bool procura(P n, Lance m, bool regra_do_deep) {

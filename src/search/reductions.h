@@ -33,39 +33,39 @@ inline bool guarda_tabelas(int n) { return n <= 5; }
 
 // A late quiet move of a piece without check, once a sibling has given the parent a value.
 template <Cor c, class P>
-inline bool reduz(P n, Lance m, const Tabuleiro& entrada) {
+inline bool reduz(P n, Lance m) {
     return !LmrT[n] && LMR && deep >= tabela_das_plies[n].lmr &&
            valor<!P::par>(n - 1) != valor_inicial<!P::par> && ply[n - 1].tabd[m.origem()] != codigo(c, peao) &&
-           ply[n - 1].tabd[m.destino()] == vazia && curr_N[n] >= 5 && !da_xeque<c>(entrada);
+           ply[n - 1].tabd[m.destino()] == vazia && curr_N[n] >= 5 && !da_xeque<c>(n, m);
 }
 
 // A null move for the parent's side, from its first children.
 template <Cor c, class P>
-inline bool aplica_amr(P n, const Tabuleiro& entrada) {
-    return !AmrT[n] && LMR && deep >= tabela_das_plies[n].amr && curr_N[n] <= 4 && !da_xeque<c>(entrada);
+inline bool aplica_amr(P n, Lance m) {
+    return !AmrT[n] && LMR && deep >= tabela_das_plies[n].amr && curr_N[n] <= 4 && !da_xeque<c>(n, m);
 }
 
 // Runs the node, first reduced where a rule says so, and again in full where the reduced value would cut the parent.
 // Tells whether a free move has refuted the parent: the value then stands.
 template <Cor c, class P>
-bool tenta(P n, Lance m, const Tabuleiro& entrada) {
+bool tenta(P n, Lance m) {
     ++curr_N[n];
-    if (reduz<c>(n, m, entrada)) {
+    if (reduz<c>(n, m)) {
         conta(Regra::reducao);
         {
             const DeepReduzido guarda(2, guarda_tabelas(n));
-            corre<c>(n, m, false, entrada);
+            corre<c>(n, m, false);
         }
         if (!corta_o_pai(n)) {
             return false;
         }
         conta(Regra::reducao_repetida);
         LmrT[n] = 1;
-    } else if (aplica_amr<c>(n, entrada)) {
+    } else if (aplica_amr<c>(n, m)) {
         conta(Regra::amr);
         {
             const DeepReduzido guarda(2, guarda_tabelas(n));
-            corre<c>(n, m, true, entrada);
+            corre<c>(n, m, true);
         }
         if (corta_o_pai(n)) {
             conta(Regra::amr_refuta);
@@ -73,7 +73,7 @@ bool tenta(P n, Lance m, const Tabuleiro& entrada) {
         }
         AmrT[n] = 1;
     }
-    corre<c>(n, m, false, entrada);
+    corre<c>(n, m, false);
     return false;
 }
 
@@ -134,8 +134,8 @@ inline void abre_janela_nula(P n) {
 // The side that should reply passes, and c plays twice: the replies of c are tried at ply n + 1. Tells whether the
 // node is settled, with its value set.
 template <Cor c, class P>
-bool passe_nulo(P n, Lance m, const Tabuleiro& entrada) {
-    if (!permite_null_move<c>(n) || da_xeque<c>(entrada)) {
+bool passe_nulo(P n, Lance m) {
+    if (!permite_null_move<c>(n) || da_xeque<c>(n, m)) {
         return false;
     }
     conta(Regra::null_move);
@@ -167,14 +167,14 @@ bool passe_nulo(P n, Lance m, const Tabuleiro& entrada) {
 
 // A shallower run that fills the stored moves of the plies below. Tells whether it ran.
 template <Cor c, class P>
-inline bool passe_iid(P n, Lance m, const Tabuleiro& entrada) {
+inline bool passe_iid(P n, Lance m) {
     constexpr int deep_minimo = 7;
     if (deep < deep_minimo) {
         return false;
     }
     conta(Regra::iid);
     const DeepReduzido guarda(4, true);
-    corre<c>(n, m, false, entrada);
+    corre<c>(n, m, false);
     return true;
 }
 

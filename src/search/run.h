@@ -23,19 +23,18 @@ inline bool captura_guardada(P n) {
     if (!da_cor(outra(c), vitima) || valor_da_peca(vitima) == rei || !da_cor(c, ply[n].tabd[gaveta.destino()])) {
         return false;
     }
-    gerador_deep<c, true>(n, gaveta.a, gaveta.b);
+    gerador_deep<c, true>(n, gaveta.origem());
     return corte<P::par>(n);
 }
 
 template <Cor c, class P>
 inline bool promocoes(P n) {
-    for (int f = 0; f < 8; ++f) {
-        constexpr int setima = fila(c, 6);
-        if (ply[n].tabd[casa(f, setima)] == codigo(c, peao)) {
-            analisepositive_peao_deep<c>(n, f, setima);
-            if (corte<P::par>(n)) {
-                return true;
-            }
+    constexpr Mascara setima = 0x0101010101010101U << static_cast<unsigned>(fila(c, 6));
+    for (Mascara resto = ply[n].mascaras.de(c, peao) & setima; resto != 0; resto &= resto - 1) {
+        const int i = primeira_casa(resto);
+        analisepositive_peao_deep<c>(n, i / 8, i % 8);
+        if (corte<P::par>(n)) {
+            return true;
         }
     }
     return false;
@@ -44,12 +43,10 @@ inline bool promocoes(P n) {
 template <Cor c, class P>
 inline bool capturas(P n) {
     for (const Peca vitima : ordem_das_vitimas) {
-        for (int i = 0; i < 64; ++i) {
-            if (ply[n].tabd[i] == codigo(outra(c), vitima)) {
-                gerador_deep<c, false>(n, i / 8, i % 8);
-                if (corte<P::par>(n)) {
-                    return true;
-                }
+        for (Mascara resto = ply[n].mascaras.de(outra(c), vitima); resto != 0; resto &= resto - 1) {
+            gerador_deep<c, false>(n, primeira_casa(resto));
+            if (corte<P::par>(n)) {
+                return true;
             }
         }
     }
@@ -69,19 +66,36 @@ inline bool livre_guardado(P n) {
     return corte<P::par>(n);
 }
 
+// The pawns of one file after the other, the most advanced first: White's from the top of each file down.
+template <Cor c, class P, class Gerador>
+inline bool por_peao(P n, Gerador gerador) {
+    constexpr Mascara filas_1_a_6 = 0x7E7E7E7E7E7E7E7EU;
+    for (Mascara resto = ply[n].mascaras.de(c, peao) & filas_1_a_6; resto != 0;) {
+        int i = primeira_casa(resto);
+        if (c == brancas) {
+            i = ultima_casa(resto & (Mascara{0xFF} << static_cast<unsigned>(i & ~7)));
+        }
+        resto ^= bit(i);
+        gerador(i / 8, i % 8);
+        if (corte<P::par>(n)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 // Calls `gerador` for every `piece` of c on ply n in the order of search, pawns of ranks 1 to 6 the most advanced first
 // and other pieces by ascending rank, until it has ended the node.
 template <Cor c, class P, class Gerador>
 inline bool por_peca(P n, Peca piece, Gerador gerador) {
-    for (int f = 0; f < 8; ++f) {
-        for (int i = piece == peao ? 1 : 0; i < (piece == peao ? 7 : 8); ++i) {
-            const int r = piece == peao ? fila(c, 7 - i) : i;
-            if (ply[n].tabd[casa(f, r)] == codigo(c, piece)) {
-                gerador(f, r);
-                if (corte<P::par>(n)) {
-                    return true;
-                }
-            }
+    if (piece == peao) {
+        return por_peao<c>(n, gerador);
+    }
+    for (Mascara resto = ply[n].mascaras.de(c, piece); resto != 0; resto &= resto - 1) {
+        const int i = primeira_casa(resto);
+        gerador(i / 8, i % 8);
+        if (corte<P::par>(n)) {
+            return true;
         }
     }
     return false;
@@ -100,6 +114,7 @@ inline bool livres(P n) {
 // The move order of the common form. Each step tells whether it has ended the node.
 template <Cor c, class P>
 void ordem_dos_lances(P n) {
+    prepara_lances<c>(n);
     if (captura_guardada<c>(n)) {
         return;
     }
@@ -137,6 +152,7 @@ template <Cor c>
 inline void desce(int de, int n, Lance m) {
     ply[n].tabd = ply[de].tabd;
     ply[n].jm_D = ply[de].jm_D;
+    ply[n].mascaras = depois<c>(ply[de], m);
     ply[n].pp_D = 0;
     ply[n].joga_com_b_deep = c == brancas ? 1 : 0;
     init_tabuleiro_ply<c>(ply[n], m);
@@ -149,6 +165,7 @@ template <Cor c>
 inline void desce_sem_lance(int n) {
     ply[n].tabd = ply[n - 1].tabd;
     ply[n].jm_D = ply[n - 1].jm_D;
+    ply[n].mascaras = ply[n - 1].mascaras;
     ply[n].X_D = ply[n - 1].X_D;
     ply[n].pp_D = 0;
     ply[n].XEQUE_MATE = 1;
@@ -178,11 +195,11 @@ inline bool fim_da_linha(P n, Lance m) {
     if (antes[m.destino()] != vazia || antes[m.origem()] == codigo(c, peao)) {
         return false;
     }
-    verifica_rei<outra(c)>();
-    if (!Y) {
+    const bool quieto = !da_xeque<c>(n, m);
+    if (quieto) {
         conta(Regra::porta);
     }
-    return !Y;
+    return quieto;
 }
 
 // Plays the move and tries the replies.
@@ -203,9 +220,9 @@ inline void expande(P n, Lance m, bool amr) {
 }
 
 // A complete run of a node of plies 2 to 23 at the present `deep`. In an Amr run the mover passes: no leaf test, no
-// move, the material of the ply above. `entrada` is tab2 as the caller's trial left it.
+// move, the material of the ply above.
 template <Cor c, class P>
-void corre(P n, Lance m, bool amr, const Tabuleiro& entrada) {
+void corre(P n, Lance m, bool amr) {
     zera_filhos(n);
     avalia_lance<c>(ply[n - 1].tabd, m);
     int deep_guardado = deep;
@@ -227,7 +244,7 @@ void corre(P n, Lance m, bool amr, const Tabuleiro& entrada) {
     if constexpr (P::par) {
         expande<c>(n, m, amr);
     } else {
-        bool fim_do_no = filtro_vertical<c>(n, m, entrada);
+        bool fim_do_no = filtro_vertical<c>(n, m);
         if (!fim_do_no) {
             estende(n);
             fim_do_no = tempo_esgotado(n, deep_guardado);

@@ -24,16 +24,15 @@ void deep_com_tabela(P n, Lance m) {
         LmrT[4] = 0;
         AmrT[4] = 0;
     }
-    const Tabuleiro entrada = tab2;
     const bool guarda = HASHf && (n == 3 || deep >= linha.scan_deep);
     if (guarda) {
         hash_table_build(n, c);
     }
     const bool resolvido =
-        passe_nulo<c>(n, m, entrada) ||
-        (linha.iid && passe_iid<c>(n, m, entrada) && (P::par ? alfa[n] <= -mate_minimo : beta[n] >= mate_minimo));
+        passe_nulo<c>(n, m) ||
+        (linha.iid && passe_iid<c>(n, m) && (P::par ? alfa[n] <= -mate_minimo : beta[n] >= mate_minimo));
     if (!resolvido) {
-        tenta<c>(n, m, entrada);
+        tenta<c>(n, m);
     }
     if (guarda) {
         hash_table_store(n, c, valor<P::par>(n));
@@ -46,6 +45,9 @@ void deep_com_scan(P n, Lance m) {
     if (n != 3) {
         LmrT[n + 1] = 0;
         AmrT[n + 1] = 0;
+    }
+    if (HASHf) {
+        init_tabuleiro2_deep<c>(n - 1, m);
     }
     if (HASHf && deep >= tabela_das_plies[n].scan_deep) {
         conta(Regra::scan);
@@ -65,17 +67,17 @@ void deep_2(P n, Lance m) {
     if (deep < tabela_das_plies[n].volta_deep) {
         return;
     }
+    init_tabuleiro2_deep<c>(n - 1, m);
     verifica_empate();
     if (pempate) {
         conta(Regra::repeticao);
         alfa[n] = static_cast<float>(emp);
         return;
     }
-    const Tabuleiro entrada = tab2;
-    if (passe_nulo<c>(n, m, entrada)) {
+    if (passe_nulo<c>(n, m)) {
         return;
     }
-    if (passe_iid<c>(n, m, entrada) && alfa[n] <= -mate_minimo) {
+    if (passe_iid<c>(n, m) && alfa[n] <= -mate_minimo) {
         return;
     }
     if (PVS && beta[1] != inicio_beta) {
@@ -83,14 +85,14 @@ void deep_2(P n, Lance m) {
         bool refutado = false;
         {
             const JanelaDaPly2 janela;
-            refutado = tenta<c>(n, m, entrada);
+            refutado = tenta<c>(n, m);
         }
         if (refutado || alfa[n] > beta[1] - 1.0F || alfa[n] <= -MAXcutt[1]) {
             conta(Regra::sonda_da_ply_2_resolve);
             return;
         }
     }
-    tenta<c>(n, m, entrada);
+    tenta<c>(n, m);
 }
 
 // --- Every ply below the first ---
@@ -103,10 +105,9 @@ void deep_(P n, Lance m) {
         case Memoria::nenhuma: break;
     }
     if (n < plies_seletivas) {
-        const Tabuleiro entrada = tab2;
-        tenta<c>(n, m, entrada);
+        tenta<c>(n, m);
     } else if (n < ultima_ply) {
-        corre<c>(n, m, false, tab2);
+        corre<c>(n, m, false);
     } else if (deep == tabela_das_plies[n].folha_deep) {
         avalia_lance<c>(ply[n - 1].tabd, m);
         folha<c>(n, m);
@@ -133,6 +134,7 @@ bool captura_guardada_da_ply_1() {
 
 template <Cor c>
 void ordem_da_ply_1() {
+    prepara_lances<c>(ply_um);
     if (captura_guardada_da_ply_1<c>()) {
         return;
     }
@@ -240,11 +242,12 @@ float alarga_a_raiz() {
 template <Cor c>
 void passes_da_ply_1(Lance m) {
     // Both sums go without the hundred of a king: differences stand, and ratios are those of the men.
+    ply[0].mascaras = mascaras_de(tab);
+    prepara_julgamento(c);
     ply[0].material = {material_a[brancas] - 100.0F, material_a[pretas] - 100.0F};
     bool iid_correu = false;
     if (deep >= tabela_das_plies[1].null_deep) {
-        const Tabuleiro entrada = tab2;
-        if (passe_nulo<c>(ply_um, m, entrada)) {
+        if (passe_nulo<c>(ply_um, m)) {
             return;
         }
         iid_da_ply_1<c>(m);
@@ -316,27 +319,33 @@ void ordem_dos_lances_da_ply(int n, Cor c) {
 
 void gerador_da_ply(int n, Cor c, int vitima, bool teste) {
     com_cor_e_ply(n, c, [=](auto cor, auto p) {
-        teste ? gerador_deep<cor(), true>(p, vitima / 8, vitima % 8)
-              : gerador_deep<cor(), false>(p, vitima / 8, vitima % 8);
+        prepara_lances<cor()>(p);
+        teste ? gerador_deep<cor(), true>(p, vitima) : gerador_deep<cor(), false>(p, vitima);
     });
 }
 
 void analiselivre_da_ply(int n, Cor c, int origem, bool teste) {
     const auto piece = static_cast<Peca>(valor_da_peca(ply[n].tabd[origem]));
     com_cor_e_ply(n, c, [=](auto cor, auto p) {
+        prepara_lances<cor()>(p);
         teste ? analiselivre_deep<cor(), true>(p, piece, origem / 8, origem % 8)
               : analiselivre_deep<cor(), false>(p, piece, origem / 8, origem % 8);
     });
 }
 
 void analisepositive_peao_da_ply(int n, Cor c, int origem) {
-    com_cor_e_ply(n, c,
-                  [=](auto cor, auto p) { analisepositive_peao_deep<cor()>(p, origem / 8, origem % 8); });
+    com_cor_e_ply(n, c, [=](auto cor, auto p) {
+        prepara_lances<cor()>(p);
+        analisepositive_peao_deep<cor()>(p, origem / 8, origem % 8);
+    });
 }
 
 void analisepositive_da_ply_1(Cor c, int K, int origem) {
     const auto piece = static_cast<Peca>(valor_da_peca(ply[1].tabd[origem]));
-    com_cor_e_ply(1, c, [=](auto cor, auto) { analisepositive_deep1<cor()>(K, piece, origem / 8, origem % 8); });
+    com_cor_e_ply(1, c, [=](auto cor, auto) {
+        prepara_lances<cor()>(ply_um);
+        analisepositive_deep1<cor()>(K, piece, origem / 8, origem % 8);
+    });
 }
 
 void deep_da_ply(int n, Cor c, Lance m) {
@@ -344,6 +353,8 @@ void deep_da_ply(int n, Cor c, Lance m) {
         if (n == 1) {
             deep_1<cor()>(m);
         } else {
+            const PlyMovel<!decltype(p)::par> acima{n - 1};
+            prepara_lances<cor()>(acima);
             deep_<cor()>(p, m);
         }
     });

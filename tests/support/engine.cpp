@@ -171,6 +171,7 @@ Tabuleiro tabuleiro(std::string_view campo) {
 
 Cor monta_ply(int n, std::string_view fen) {
     const Cor c = coloca_fen(fen);
+    ply[0].mascaras = mascaras_de(tab);
     const Ply raiz = ply[0];
     for (int k = 0; k <= ultima_ply; ++k) {
         alfa[k] = inicio_alfa;

@@ -78,13 +78,14 @@ constexpr bool direcao_sobe(int d) { return passos_da_dama[d].file > 0 || (passo
 struct Raio {
     Mascara casas = 0;
     std::array<std::uint8_t, 8> em_ordem{};
+    int quantas = 0;
 };
 
 constexpr std::array<std::array<Raio, direcoes>, 64> raios = [] {
     std::array<std::array<Raio, direcoes>, 64> t{};
     for (int i = 0; i < 64; ++i) {
         for (int d = 0; d < direcoes; ++d) {
-            int quantas = 0;
+            int& quantas = t[i][d].quantas;
             const Passo s = passos_da_dama[d];
             for (int f = i / 8 + s.file, r = i % 8 + s.rank; no_tabuleiro(f, r); f += s.file, r += s.rank) {
                 t[i][d].casas |= bit(casa(f, r));
@@ -163,6 +164,18 @@ inline int primeiro_no_raio(Mascara homens_no_raio) {
 }
 inline int primeiro_no_raio(int d, Mascara homens_no_raio) {
     return direcao_sobe(d) ? primeira_casa(homens_no_raio) : ultima_casa(homens_no_raio);
+}
+
+// How many squares of a ray are empty before its first man.
+inline int livres_no_raio(const Raio& raio, int d, Mascara ocupadas) {
+    const Mascara homens = raio.casas & ocupadas;
+    if (homens == 0) {
+        return raio.quantas;
+    }
+    // Along a ray that rises the squares before the first man lie under its bit, along one that falls above it.
+    const Mascara abaixo = (homens & (0 - homens)) - 1;
+    const Mascara acima = ~Mascara{0} << 1U << static_cast<unsigned>(ultima_casa(homens));
+    return std::popcount(raio.casas & (direcao_sobe(d) ? abaixo : acima));
 }
 
 // The squares strictly between two squares on a ray.
