@@ -136,10 +136,12 @@ constexpr unsigned coluna_vista(Mascara m, int f) {
 
 constexpr int mais_marcas = 64 * 27 + 16;  // the attacks of a board full of queens, and room to copy past the end
 
+// Squares attacked by each colour, in the order of summation.
+std::array<std::array<std::uint8_t, mais_marcas>, 2> marcas;
+
 // The counters of one colour while the walk runs.
 struct Lado {
-    std::array<std::uint8_t, mais_marcas> marcas;  // squares attacked, in the order of summation
-    std::uint8_t* fim = marcas.data();
+    std::uint8_t* fim;  // of the colour's squares in `marcas`
     float posicao = 0;
     int mobilidade = 0;
     int alvos = 0;
@@ -154,7 +156,7 @@ struct Folha_em_exame {
     const Mascaras& m;
     Mascara ocupadas;
     std::array<int, 2> rei_em;  // the kings as the last tests left them
-    std::array<Lado, 2> lado{};
+    std::array<Lado, 2> lado{{{marcas[brancas].data()}, {marcas[pretas].data()}}};
 };
 
 template <Cor c>
@@ -184,13 +186,35 @@ void encontra(Folha_em_exame& x, int i, int d) {
     }
 }
 
+template <Cor stm, Cor c, Peca quem, int d>
+void encontra_no_raio(Folha_em_exame& x, int i, Mascara contam) {
+    if (const Mascara no_raio = contam & raios[i][d].casas; no_raio != 0) {
+        encontra<stm, c, quem>(x, primeira_casa(no_raio), d);
+    }
+}
+
+// The men that, met by an attack of this kind, bring a term.
+template <Cor stm, Cor c, Peca quem>
+Mascara homens_que_contam(const Mascaras& m) {
+    Mascara contam = 0;
+    if (c == stm && quem != dama && quem != rei) {
+        contam = m.tipo[tipo_de(dama)] | m.tipo[tipo_de(rei)] | (quem != torre ? m.tipo[tipo_de(torre)] : 0) |
+                 (quem == cavalo ? m.tipo[tipo_de(bispo)] : 0);
+        contam &= m.cor[outra(c)];
+    }
+    if (quem == torre || quem == dama) {
+        contam |= m.cor[c] & (m.tipo[tipo_de(torre)] | m.tipo[tipo_de(dama)]);
+    }
+    return contam;
+}
+
 template <Cor stm, Cor c, Peca quem>
 void anda_aos_saltos(Folha_em_exame& x, const Saltos& saltos) {
     Lado& eu = x.lado[c];
     std::memcpy(eu.fim, saltos.em_ordem.data(), saltos.em_ordem.size());
     eu.fim += saltos.quantas;
     conta_ataques<c>(x, saltos.casas);
-    if (c == stm && quem == cavalo && (saltos.casas & x.m.cor[outra(c)]) != 0) {
+    if (quem == cavalo && (saltos.casas & homens_que_contam<stm, c, quem>(x.m)) != 0) {
         for (int n = 0; n < saltos.quantas; ++n) {
             if (x.t[saltos.em_ordem[n]] != vazia) {
                 encontra<stm, c, quem>(x, saltos.em_ordem[n], 0);
@@ -199,27 +223,29 @@ void anda_aos_saltos(Folha_em_exame& x, const Saltos& saltos) {
     }
 }
 
-template <Cor stm, Cor c, Peca quem, int d>
-Mascara anda_no_raio(Folha_em_exame& x, int i) {
-    Lado& eu = x.lado[c];
+// Marks a ray up to its first man, without asking whether it has one: the far corner, whose own rays in the direction
+// are empty, stands in for him.
+template <int d>
+Mascara anda_no_raio(std::uint8_t*& fim, Mascara ocupadas, int i) {
+    constexpr Mascara canto = direcao_sobe(d) ? bit(63) : bit(0);
     const Raio& raio = raios[i][d];
-    std::memcpy(eu.fim, raio.em_ordem.data(), raio.em_ordem.size());
-    const Mascara homens_no_raio = raio.casas & x.ocupadas;
-    Mascara atacadas = raio.casas;
-    if (homens_no_raio != 0) {
-        const int primeiro = primeiro_no_raio<d>(homens_no_raio);
-        atacadas &= ~raios[primeiro][d].casas;
-        encontra<stm, c, quem>(x, primeiro, d);
-    }
-    eu.fim += std::popcount(atacadas);
+    std::memcpy(fim, raio.em_ordem.data(), raio.em_ordem.size());
+    const int primeiro = primeiro_no_raio<d>((raio.casas & ocupadas) | canto);
+    const Mascara atacadas = raio.casas & ~raios[primeiro][d].casas;
+    fim += std::popcount(atacadas);
     return atacadas;
 }
 
 template <Cor stm, Cor c, Peca quem, int... d>
 void anda_nos_raios(Folha_em_exame& x, int i, std::integer_sequence<int, d...>) {
     Mascara atacadas = 0;
-    ((atacadas |= anda_no_raio<stm, c, quem, d>(x, i)), ...);
+    std::uint8_t* fim = x.lado[c].fim;
+    ((atacadas |= anda_no_raio<d>(fim, x.ocupadas, i)), ...);
+    x.lado[c].fim = fim;
     conta_ataques<c>(x, atacadas);
+    if (const Mascara contam = atacadas & homens_que_contam<stm, c, quem>(x.m); contam != 0) {
+        ((encontra_no_raio<stm, c, quem, d>(x, i, contam)), ...);
+    }
 }
 
 using Retas = std::integer_sequence<int, 0, 1, 2, 3>;
@@ -305,26 +331,44 @@ void peao_captura(Folha_em_exame& x, int i, Mascara alvos, Mascara meus) {
     }
 }
 
-// The ranks before the first stop, as the colour sees them, of the walk to promotion from rank r.
-template <Cor c>
-void peao_passado(Folha_em_exame& x, int i, Mascara meus, Mascara deles) {
-    const int f = i / 8;
-    const unsigned caminho = (0x7EU << static_cast<unsigned>(fila(c, i % 8))) & 0x7EU;
-    unsigned paradas = coluna_vista<c>(meus | deles, f);
-    unsigned ao_lado[2] = {0, 0};
-    for (const int lado : {0, 1}) {
-        const int vizinha = lado == 0 ? f + 1 : f - 1;
-        if (vizinha >= 0 && vizinha < 8) {
-            paradas |= coluna_vista<c>(deles, vizinha);
-            ao_lado[lado] = coluna_vista<c>(meus, vizinha);
+// The ranks of a pawn's way to promotion up to its seventh: its own file, and both files beside.
+struct Caminho {
+    Mascara frente = 0;
+    Mascara lados = 0;
+};
+constexpr std::array<std::array<Caminho, 64>, 2> caminhos = [] {
+    std::array<std::array<Caminho, 64>, 2> t{};
+    for (const Cor c : {brancas, pretas}) {
+        for (int i = 0; i < 64; ++i) {
+            for (int adiante = fila(c, i % 8) + 1; adiante <= 6; ++adiante) {
+                t[c][i].frente |= bit(casa(i / 8, fila(c, adiante)));
+                t[c][i].lados |= i / 8 < 7 ? bit(casa(i / 8 + 1, fila(c, adiante))) : 0;
+                t[c][i].lados |= i / 8 > 0 ? bit(casa(i / 8 - 1, fila(c, adiante))) : 0;
+            }
         }
     }
-    paradas &= caminho;
-    const unsigned percorrido = caminho & ((paradas & (0U - paradas)) - 1U);
-    for (int dez = std::popcount(ao_lado[0] & percorrido) + std::popcount(ao_lado[1] & percorrido); dez > 0; --dez) {
-        x.lado[c].soma_inteiro(10);
+    return t;
+}();
+
+// Own pawns beside the way count up to the rank of the first stop; a way without a stop is a passed pawn's.
+template <Cor c>
+void peao_passado(Folha_em_exame& x, int i, Mascara meus, Mascara deles) {
+    const Caminho& caminho = caminhos[c][i];
+    const Mascara paradas = (caminho.frente & (meus | deles)) | (caminho.lados & deles);
+    const Mascara ao_lado = caminho.lados & meus;
+    if (ao_lado != 0) {
+        const int f = i / 8;
+        // All three files laid over one another, as the colour sees them.
+        const unsigned parada = coluna_vista<c>(paradas, f) | (f < 7 ? coluna_vista<c>(paradas, f + 1) : 0U) |
+                                (f > 0 ? coluna_vista<c>(paradas, f - 1) : 0U);
+        const unsigned percorrido = (parada & (0U - parada)) - 1U;
+        int dez = f < 7 ? std::popcount(coluna_vista<c>(ao_lado, f + 1) & percorrido) : 0;
+        dez += f > 0 ? std::popcount(coluna_vista<c>(ao_lado, f - 1) & percorrido) : 0;
+        for (; dez > 0; --dez) {
+            x.lado[c].soma_inteiro(10);
+        }
     }
-    if (caminho != 0 && paradas == 0) {
+    if (paradas == 0 && caminho.frente != 0) {
         x.lado[c].soma_inteiro(33);
     }
 }
@@ -374,8 +418,71 @@ void homem_peao(Folha_em_exame& x, int i) {
     peao_passado<c>(x, i, meus, deles);
 }
 
+// --- The sums over attacked squares ---
+
+// Two sums side by side, in double but rounded to float at every step, as the rule demands.
+using DoisDuplos = double __attribute__((vector_size(16)));
+using DoisReais = float __attribute__((vector_size(8)));
+
+// One colour's chains: they are long, and run beside those of the other colour.
+struct Cadeia {
+    const std::uint8_t* proxima;
+    const std::uint8_t* fim;
+    const double* ao_inimigo;  // shares by square, to the enemy king
+    const double* ao_proprio;  // and to the own
+    DoisDuplos rei{0, 0};      // atack_ksf, defesa_ksf
+    float centro = 0;
+
+    void soma_uma() {
+        const int i = *proxima++;
+        const DoisDuplos parcelas{ao_inimigo[i], ao_proprio[i]};
+        rei = __builtin_convertvector(__builtin_convertvector(rei + parcelas, DoisReais), DoisDuplos);
+        centro += centroo[i];
+    }
+    // Takes up what the walk has found so far, if it is enough: the chain then runs in the shadow of the walk.
+    void soma_quatro(const std::uint8_t* ate_aqui) {
+        if (ate_aqui - proxima >= 4) {
+            soma_uma();
+            soma_uma();
+            soma_uma();
+            soma_uma();
+        }
+    }
+    [[nodiscard]] bool falta() const { return proxima != fim; }
+};
+
+Cadeia cadeia_de(Cor c, const Folha_em_exame& x) {
+    return {marcas[c].data(), x.lado[c].fim, inverso[x.rei_em[outra(c)]].data(), inverso[x.rei_em[c]].data()};
+}
+
+void toma_somas(Cor c, const Cadeia& cadeia) {
+    contagem[c].atack_ksf = static_cast<float>(cadeia.rei[0]);
+    contagem[c].defesa_ksf = static_cast<float>(cadeia.rei[1]);
+    contagem[c].centro = cadeia.centro;
+}
+
+// What the walk has left of the chains.
+void soma_resto(const Folha_em_exame& x, Cadeia& b, Cadeia& p) {
+    b.fim = x.lado[brancas].fim;
+    p.fim = x.lado[pretas].fim;
+    while (b.falta() && p.falta()) {
+        b.soma_uma();
+        p.soma_uma();
+    }
+    while (b.falta()) {
+        b.soma_uma();
+    }
+    while (p.falta()) {
+        p.soma_uma();
+    }
+    toma_somas(brancas, b);
+    toma_somas(pretas, p);
+}
+
 template <Cor stm>
 void percorre(Folha_em_exame& x) {
+    Cadeia b = cadeia_de(brancas, x);
+    Cadeia p = cadeia_de(pretas, x);
     for (Mascara resto = x.ocupadas; resto != 0; resto &= resto - 1) {
         const int i = primeira_casa(resto);
         switch (x.t[i]) {
@@ -392,55 +499,10 @@ void percorre(Folha_em_exame& x) {
             case rei: homem_rei<stm, brancas>(x, i); break;
             default: homem_rei<stm, pretas>(x, i); break;
         }
+        b.soma_quatro(x.lado[brancas].fim);
+        p.soma_quatro(x.lado[pretas].fim);
     }
-}
-
-// --- The sums over attacked squares ---
-
-// Two sums side by side; every step is rounded to float, as the rule demands.
-using DoisReais = float __attribute__((vector_size(8)));
-using DoisDuplos = double __attribute__((vector_size(16)));
-
-// One colour's chains: they are long, and run beside those of the other colour.
-struct Cadeia {
-    const std::uint8_t* marcas;
-    const std::uint8_t* fim;
-    const double* ao_inimigo;  // shares by square, to the enemy king
-    const double* ao_proprio;  // and to the own
-    DoisReais rei{0, 0};       // atack_ksf, defesa_ksf
-    float centro = 0;
-
-    void soma_uma() {
-        const int i = *marcas++;
-        const DoisDuplos parcelas{ao_inimigo[i], ao_proprio[i]};
-        rei = __builtin_convertvector(__builtin_convertvector(rei, DoisDuplos) + parcelas, DoisReais);
-        centro += centroo[i];
-    }
-    [[nodiscard]] bool falta() const { return marcas != fim; }
-};
-
-Cadeia cadeia_de(Cor c, const Folha_em_exame& x) {
-    return {x.lado[c].marcas.data(), x.lado[c].fim, inverso[x.rei_em[outra(c)]].data(), inverso[x.rei_em[c]].data()};
-}
-
-void soma_marcas(const Folha_em_exame& x) {
-    Cadeia b = cadeia_de(brancas, x);
-    Cadeia p = cadeia_de(pretas, x);
-    while (b.falta() && p.falta()) {
-        b.soma_uma();
-        p.soma_uma();
-    }
-    while (b.falta()) {
-        b.soma_uma();
-    }
-    while (p.falta()) {
-        p.soma_uma();
-    }
-    for (const auto& [c, cadeia] : {std::pair{brancas, b}, std::pair{pretas, p}}) {
-        contagem[c].atack_ksf = cadeia.rei[0];
-        contagem[c].defesa_ksf = cadeia.rei[1];
-        contagem[c].centro = cadeia.centro;
-    }
+    soma_resto(x, b, p);
 }
 
 // --- The counters that sets give at once ---
@@ -473,7 +535,6 @@ void conta_homens(Cor c, const Folha_em_exame& x) {
     const int menores = std::popcount(x.m.de(c, cavalo) | x.m.de(c, bispo));
     const int torres = std::popcount(x.m.de(c, torre));
     const int damas = std::popcount(x.m.de(c, dama));
-    eu = {};
     eu.posicao = x.lado[c].posicao;
     eu.mobilidade = x.lado[c].mobilidade;
     eu.alvos = x.lado[c].alvos;
@@ -529,11 +590,11 @@ template <Cor own, Cor stm>
 void julga_a_folha(const Tabuleiro& t, const Mascaras& m) {
     Folha_em_exame x{t, m, m.ocupadas(),
                      {casa(p_x_R[brancas], p_y_R[brancas]), casa(p_x_R[pretas], p_y_R[pretas])}};
+    contagem = {};
     percorre<stm>(x);
     EMPAT = empate_de(m) ? 1 : 0;
     conta_homens(brancas, x);
     conta_homens(pretas, x);
-    soma_marcas(x);
     extraeval = limita(julgamento_rapido(own, extraevalll));
 }
 

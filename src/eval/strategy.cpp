@@ -86,6 +86,11 @@ void incentiva(int contas) {
 template <Cor c>
 void verifica_estrategia() {
     valor_base<c>();
+    classifica<c>();
+}
+
+template <Cor c>
+void classifica() {
     int contas = 0;
     for (int i = 0; i < 64; ++i) {
         const int x = tab2[i];
@@ -104,5 +109,7 @@ void verifica_estrategia() {
 
 template void verifica_estrategia<brancas>();
 template void verifica_estrategia<pretas>();
+template void classifica<brancas>();
+template void classifica<pretas>();
 
 }  // namespace ondrel

@@ -10,4 +10,8 @@ namespace ondrel {
 template <Cor c>
 void verifica_estrategia();
 
+// The class alone: ATAQUE, ESTRATEGIA and MATRIZ as verifica_estrategia_<c> leaves them, without the base value.
+template <Cor c>
+void classifica();
+
 }  // namespace ondrel

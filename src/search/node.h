@@ -58,7 +58,8 @@ inline float material_com_razao(float r, float outro) {
         float r, outro, MQ, valor;
     };
     static std::array<Par, 4096> pares{};
-    Par& x = pares[(static_cast<unsigned>(inteiro(r)) * 61U + static_cast<unsigned>(inteiro(outro))) % pares.size()];
+    const std::uint32_t h = std::bit_cast<std::uint32_t>(r) * 0x9E3779B1U ^ std::bit_cast<std::uint32_t>(outro) * 0x85EBCA77U;
+    Par& x = pares[h >> 20U];
     if (x.r != r || x.outro != outro || x.MQ != MQ || r == 0) {
         x = {r, outro, MQ, static_cast<float>(static_cast<long double>(r - outro) + ln_da_razao(r, outro) * MQ)};
     }

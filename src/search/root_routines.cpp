@@ -9,6 +9,7 @@
 #include "eval/strategy.h"
 #include "search/tree.h"
 
+#include <cassert>
 #include <span>
 
 namespace ondrel {
@@ -55,17 +56,80 @@ bool busca(const Visita& v, Lance m) {
 
 bool passa_pela_porta(const Visita& v) { return TEST1IID && (XEQUE != 0) == v.ch; }
 
-// A root move of the stage. Tells whether the root has enough.
+// --- Classes kept ---
+//
+// Every visit of a root move would make its trial and classify it, at all 201 values of ataque. But the class of a
+// move, its check and its legality are the same at every visit of a pass: they are worked out once, and a move is
+// visited in full only where it is searched. Castling alone is judged by what the visit before it left, so that the
+// last move passed by is remembered and visited then.
+
+struct Classe {
+    bool conhecida = false;
+    std::uint8_t Y = 0, XEQUE = 0;
+    int ESTRATEGIA = 0;
+};
+
+std::array<std::array<Classe, 64>, 64> classes;  // by from-square and to-square
+Lance passado = nenhum_lance;                    // the last move passed by; a = -1: the state is that of the last visit
+
+// What a visit leaves of the move on the board, the maps and the flags.
 template <Cor c>
-bool candidato(const Visita& v, Lance m) {
+void visita(Lance m) {
     init_tabuleiro2(m);
     verifica_rei<c>();
     verifica_xeque<c>();
+    passado = nenhum_lance;
+}
+
+template <Cor c>
+const Classe& classe_de(Lance m) {
+    Classe& x = classes[m.origem()][m.destino()];
+    if (!x.conhecida) {
+        visita<c>(m);
+        classifica<c>();
+        x = {true, Y, XEQUE, ESTRATEGIA};
+    }
+    return x;
+}
+
+// Whether the move is one that this routine searches at this value of ataque.
+template <Cor c>
+bool da_classe(const Visita& v, Lance m) {
+    const Classe& x = classe_de<c>(m);
+    const bool serve = !x.Y && x.ESTRATEGIA == ataque && (x.XEQUE != 0) == v.ch;
+#if ONDREL_CHECKED
+    visita<c>(m);
+    classifica<c>();
+    assert(Y == x.Y && XEQUE == x.XEQUE && ESTRATEGIA == x.ESTRATEGIA);
+#else
+    if (!serve) {
+        passado = m;
+    }
+#endif
+    return serve;
+}
+
+// Leaves everything as the last visit would have left it.
+template <Cor c>
+void chega_ao_ultimo_visitado() {
+    if (passado.a != -1) {
+        visita<c>(Lance{passado});
+        classifica<c>();
+    }
+}
+
+// A root move of the stage. Tells whether the root has enough.
+template <Cor c>
+bool candidato(const Visita& v, Lance m) {
+    if (!da_classe<c>(v, m)) {
+        return false;
+    }
+    visita<c>(m);
     verifica_estrategia<c>();
     if (v.piece != peao) {
         verifica_empate();  // a pawn move cannot repeat a position
     }
-    if (Y || ESTRATEGIA != ataque || !passa_pela_porta(v)) {
+    if (!passa_pela_porta(v)) {
         return false;
     }
     if (v.piece == peao) {
@@ -156,6 +220,7 @@ bool roca_na_raiz(const Visita& v, Lado k) {
     if (XM || !roque_livre<c>(0, k)) {
         return false;
     }
+    chega_ao_ultimo_visitado<c>();
     // White's long castling with check is judged by the squares, the gate and the board of the short one.
     verifica_roque<c>(c == brancas && v.ch ? lado_curto : k);
     verifica_xeque<c>();
@@ -175,6 +240,11 @@ void capturas_de_rei(const Visita& v) {
 }
 
 }  // namespace
+
+void esquece_classes() {
+    classes = {};
+    passado = nenhum_lance;
+}
 
 template <Cor c>
 void analise100(Etapa etapa, bool ch, Peca piece, int file, int rank) {

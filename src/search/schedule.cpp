@@ -61,6 +61,11 @@ constexpr std::array rei_so_capturas{Trecho{positive1, ch, "K"}, Trecho{positive
 
 // --- Sweeps ---
 
+void comeca_passe() {
+    ply[0].mascaras = mascaras_de(tab);
+    esquece_classes();
+}
+
 Peca peca_da_letra(char letra) {
     switch (letra) {
         case 'P': return peao;
@@ -74,10 +79,9 @@ Peca peca_da_letra(char letra) {
 
 template <Cor c>
 void chama_por_casa(const Trecho& x, Peca piece) {
-    for (int i = 0; i < 64 && !corte_MAXcut; ++i) {
-        if (tab[i] == codigo(c, piece)) {
-            analise100<c>(x.etapa, x.ch, piece, i / 8, i % 8);
-        }
+    for (Mascara resto = ply[0].mascaras.de(c, piece); resto != 0 && !corte_MAXcut; resto &= resto - 1) {
+        const int i = primeira_casa(resto);
+        analise100<c>(x.etapa, x.ch, piece, i / 8, i % 8);
     }
 }
 
@@ -126,6 +130,7 @@ void programa_da_partida() {
 // The schedule of one pass.
 template <Cor c>
 void programa() {
+    comeca_passe();
     DEEP = deep;
     corte_MAXcut = 0;
     const float dela = material_a[outra(c)];
@@ -266,6 +271,7 @@ void itera() {
 
 template <Cor c>
 void varre_primeiro_lance() {
+    comeca_passe();
     corte_MAXcut = 0;
     for (ataque = 100; ataque >= -100; --ataque) {
         for (const Peca piece : {peao, cavalo}) {

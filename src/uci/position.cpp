@@ -91,7 +91,7 @@ void avanca_para_o_lance_seguinte() { o += PROMO ? 6 : 5; }
 int conta_lances() {
     const int guardado = o;
     int quantos = 1;
-    for (olha_depois_do_lance(); book && quantos < limite_de_lances; olha_depois_do_lance()) {
+    for (olha_depois_do_lance(); book && quantos <= limite_de_lances; olha_depois_do_lance()) {
         avanca_para_o_lance_seguinte();
         ++quantos;
     }
