@@ -74,27 +74,27 @@ constexpr int direcoes = 8;
 // Whether the board index rises along a direction.
 constexpr bool direcao_sobe(int d) { return passos_da_dama[d].file > 0 || (passos_da_dama[d].file == 0 && passos_da_dama[d].rank > 0); }
 
-// A ray from a square to the edge: its squares as a set, and in order, the nearest first.
-struct Raio {
-    Mascara casas = 0;
-    std::array<std::uint8_t, 8> em_ordem{};
-    int quantas = 0;
-};
+// Rays from a square to the edge, by direction and square: their squares as a set, and in order, the nearest first.
+using Fileira = std::array<std::uint8_t, 8>;
 
-constexpr std::array<std::array<Raio, direcoes>, 64> raios = [] {
-    std::array<std::array<Raio, direcoes>, 64> t{};
-    for (int i = 0; i < 64; ++i) {
-        for (int d = 0; d < direcoes; ++d) {
-            int& quantas = t[i][d].quantas;
+template <class T, class F>
+constexpr std::array<std::array<T, 64>, direcoes> tabela_de_raios(F acrescenta) {
+    std::array<std::array<T, 64>, direcoes> t{};
+    for (int d = 0; d < direcoes; ++d) {
+        for (int i = 0; i < 64; ++i) {
+            int quantas = 0;
             const Passo s = passos_da_dama[d];
             for (int f = i / 8 + s.file, r = i % 8 + s.rank; no_tabuleiro(f, r); f += s.file, r += s.rank) {
-                t[i][d].casas |= bit(casa(f, r));
-                t[i][d].em_ordem[quantas++] = static_cast<std::uint8_t>(casa(f, r));
+                acrescenta(t[d][i], casa(f, r), quantas++);
             }
         }
     }
     return t;
-}();
+}
+
+constexpr auto raios = tabela_de_raios<Mascara>([](Mascara& m, int i, int) { m |= bit(i); });
+constexpr auto raios_em_ordem =
+    tabela_de_raios<Fileira>([](Fileira& x, int i, int k) { x[k] = static_cast<std::uint8_t>(i); });
 
 // The squares that a man attacks by single steps, as a set and in the order of the steps.
 struct Saltos {
@@ -132,7 +132,7 @@ constexpr std::array<std::array<std::int8_t, 64>, 64> direcao = [] {
     for (int i = 0; i < 64; ++i) {
         t[i].fill(-1);
         for (int d = 0; d < direcoes; ++d) {
-            por_casa(raios[i][d].casas, [&](int k) { t[i][k] = static_cast<std::int8_t>(d); });
+            por_casa(raios[d][i], [&](int k) { t[i][k] = static_cast<std::int8_t>(d); });
         }
     }
     return t;
@@ -142,7 +142,7 @@ constexpr std::array<Mascara, 64> cruz = [] {
     std::array<Mascara, 64> t{};
     for (int i = 0; i < 64; ++i) {
         for (int d = 0; d < 4; ++d) {
-            t[i] |= raios[i][d].casas;
+            t[i] |= raios[d][i];
         }
     }
     return t;
@@ -151,7 +151,7 @@ constexpr std::array<Mascara, 64> xis = [] {
     std::array<Mascara, 64> t{};
     for (int i = 0; i < 64; ++i) {
         for (int d = 4; d < 8; ++d) {
-            t[i] |= raios[i][d].casas;
+            t[i] |= raios[d][i];
         }
     }
     return t;
@@ -167,21 +167,22 @@ inline int primeiro_no_raio(int d, Mascara homens_no_raio) {
 }
 
 // How many squares of a ray are empty before its first man.
-inline int livres_no_raio(const Raio& raio, int d, Mascara ocupadas) {
-    const Mascara homens = raio.casas & ocupadas;
+inline int livres_no_raio(int i, int d, Mascara ocupadas) {
+    const Mascara raio = raios[d][i];
+    const Mascara homens = raio & ocupadas;
     if (homens == 0) {
-        return raio.quantas;
+        return std::popcount(raio);
     }
     // Along a ray that rises the squares before the first man lie under its bit, along one that falls above it.
     const Mascara abaixo = (homens & (0 - homens)) - 1;
     const Mascara acima = ~Mascara{0} << 1U << static_cast<unsigned>(ultima_casa(homens));
-    return std::popcount(raio.casas & (direcao_sobe(d) ? abaixo : acima));
+    return std::popcount(raio & (direcao_sobe(d) ? abaixo : acima));
 }
 
 // The squares strictly between two squares on a ray.
 inline Mascara entre(int de, int ate) {
     const int d = direcao[de][ate];
-    return raios[de][d].casas & ~raios[ate][d].casas & ~bit(ate);
+    return raios[d][de] & ~raios[d][ate] & ~bit(ate);
 }
 
 // --- Attacks ---

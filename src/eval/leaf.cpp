@@ -6,7 +6,10 @@
 #include "eval/extra_eval.h"
 #include "eval/judgement.h"
 #include "eval/mobility.h"
+#include "eval/walk.h"
 
+#include <cassert>
+#include <cmath>
 #include <cstring>
 #include <utility>
 
@@ -188,7 +191,7 @@ void encontra(Folha_em_exame& x, int i, int d) {
 
 template <Cor stm, Cor c, Peca quem, int d>
 void encontra_no_raio(Folha_em_exame& x, int i, Mascara contam) {
-    if (const Mascara no_raio = contam & raios[i][d].casas; no_raio != 0) {
+    if (const Mascara no_raio = contam & raios[d][i]; no_raio != 0) {
         encontra<stm, c, quem>(x, primeira_casa(no_raio), d);
     }
 }
@@ -228,10 +231,10 @@ void anda_aos_saltos(Folha_em_exame& x, const Saltos& saltos) {
 template <int d>
 Mascara anda_no_raio(std::uint8_t*& fim, Mascara ocupadas, int i) {
     constexpr Mascara canto = direcao_sobe(d) ? bit(63) : bit(0);
-    const Raio& raio = raios[i][d];
-    std::memcpy(fim, raio.em_ordem.data(), raio.em_ordem.size());
-    const int primeiro = primeiro_no_raio<d>((raio.casas & ocupadas) | canto);
-    const Mascara atacadas = raio.casas & ~raios[primeiro][d].casas;
+    std::memcpy(fim, raios_em_ordem[d][i].data(), sizeof(Fileira));
+    const Mascara raio = raios[d][i];
+    const int primeiro = primeiro_no_raio<d>((raio & ocupadas) | canto);
+    const Mascara atacadas = raio & ~raios[d][primeiro];
     fim += std::popcount(atacadas);
     return atacadas;
 }
@@ -586,6 +589,32 @@ void prepara_julgamento(Cor own) {
     }
 }
 
+#if ONDREL_CHECKED
+namespace {
+
+bool iguais(float x, float y) { return std::bit_cast<std::uint32_t>(x) == std::bit_cast<std::uint32_t>(y); }
+
+// The rule itself, square by square, gives the same to the last bit.
+template <Cor own, Cor stm>
+void prova_pela_regra(const Tabuleiro& t) {
+    const std::array<Contagem, 2> rapidas = contagem;
+    contagem = {};
+    Caminhada<Passeio::folha, own, stm>(t, contagem).percorre();
+    for (const Cor c : {brancas, pretas}) {
+        const Contagem& x = rapidas[c];
+        const Contagem& y = contagem[c];
+        assert(iguais(x.posicao, y.posicao) && iguais(x.centro, y.centro) && iguais(x.atack_ksf, y.atack_ksf) &&
+               iguais(x.defesa_ksf, y.defesa_ksf));
+        assert(x.mobilidade == y.mobilidade && x.alvos == y.alvos && x.apoios == y.apoios && x.abrigo == y.abrigo);
+        assert(x.pecas == y.pecas && x.peoes == y.peoes && x.pontos == y.pontos && x.avanco == y.avanco);
+        assert(x.caixa() == y.caixa());
+    }
+    assert(iguais(extraeval, limita(julgamento<true>(own, extraevalll))) || std::isnan(extraeval));
+}
+
+}  // namespace
+#endif
+
 template <Cor own, Cor stm>
 void julga_a_folha(const Tabuleiro& t, const Mascaras& m) {
     Folha_em_exame x{t, m, m.ocupadas(),
@@ -596,6 +625,9 @@ void julga_a_folha(const Tabuleiro& t, const Mascaras& m) {
     conta_homens(brancas, x);
     conta_homens(pretas, x);
     extraeval = limita(julgamento_rapido(own, extraevalll));
+#if ONDREL_CHECKED
+    prova_pela_regra<own, stm>(t);
+#endif
 }
 
 template void julga_a_folha<brancas, brancas>(const Tabuleiro& t, const Mascaras& m);

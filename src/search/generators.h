@@ -50,7 +50,7 @@ template <Cor c, bool teste, class P, std::size_t quantos>
 inline bool captura_nos_raios(P n, int vitima, Mascara quem, const std::array<int, quantos>& ordem) {
     const Mascara ocupadas = ply[n].mascaras.ocupadas();
     for (const int d : ordem) {
-        const Mascara raio = raios[vitima][d].casas;
+        const Mascara raio = raios[d][vitima];
         if ((raio & quem) == 0) {
             continue;
         }
@@ -156,10 +156,10 @@ template <Cor c, bool teste, class P>
 inline void livre_nos_raios(P n, int f, int r, int primeira_direcao, int ultima_direcao) {
     const Mascara ocupadas = ply[n].mascaras.ocupadas();
     for (int d = primeira_direcao; d <= ultima_direcao; ++d) {
-        const Raio& raio = raios[casa(f, r)][d];
-        const int quantas = livres_no_raio(raio, d, ocupadas);
+        const Fileira& raio = raios_em_ordem[d][casa(f, r)];
+        const int quantas = livres_no_raio(casa(f, r), d, ocupadas);
         for (int k = 0; k < quantas; ++k) {
-            const int para = raio.em_ordem[k];
+            const int para = raio[k];
             if (candidato_livre<c, teste>(n, {f, r, para / 8, para % 8}, !teste)) {
                 return;
             }
