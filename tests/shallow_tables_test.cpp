@@ -423,7 +423,7 @@ int registros_feitos() {
 struct Olhar {
     int sem_tabelas = 0;         // children entered while the tables were out of use
     int guardados_sem_elas = 0;  // records made from one such child to the next
-    int iid_com_tabelas = 0;     // children of ply 1's IID pass that had them
+    int iid_com_tabelas = 0;     // children of ply 1's IID pass, lower than any other, that had them
     int antes = -1;              // records when the last child was entered without the tables
 };
 Olhar olhar;
@@ -431,7 +431,7 @@ Olhar olhar;
 bool olha_a_tabela(int n, Lance /*m*/) {
     if (HASHf) {
         olhar.antes = -1;
-        olhar.iid_com_tabelas += n == 2 && deep == 4 ? 1 : 0;
+        olhar.iid_com_tabelas += n == 2 && deep < 7 ? 1 : 0;
         return true;
     }
     ++olhar.sem_tabelas;

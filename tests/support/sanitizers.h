@@ -1,4 +1,4 @@
-// Whether the test is built with the address sanitizer: all is some twenty times slower then, and memory in use says
+// Whether the test is built with the address sanitizer: all is several times slower then, and memory in use says
 // nothing.
 #pragma once
 

@@ -17,7 +17,7 @@ Roteiro::Fala fala_atual;
 std::vector<Chamada> feitas;
 
 Chamada agora(int n, Lance m) {
-    return {n,     m,     deep,     DEEP,   HASHf,      deeppromo, PVSm,    PVSm2,   LMRtest,
+    return {n,     m,     deep,     DEEP,   HASHf,      deeppromo, PVSm,    PVSm2, LMRtest,
             SCAN1, SCANT, pempatee, ataque, ESTRATEGIA, E,         alfa[0], ALFA0, MAXcut};
 }
 

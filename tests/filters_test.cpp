@@ -1,0 +1,600 @@
+// The tests between the storing of a node's material and the copy of its board: the vertical filter, the search
+// extension and the time check. The replies are scripted. The clock is real, so a test sets the start of the search far
+// into the past, or the budget so large that the time spent here is nothing.
+#include "base/clock.h"
+#include "support/engine.h"
+#include "support/scripted.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+using namespace teste;
+using namespace ondrel;
+
+// Equal material, so that the static score of every quiet move is 0. The queen has a quiet move, a check and a capture;
+// there are a pawn to push and one to promote.
+constexpr auto balanced = "3qk3/pppp4/8/8/6n1/5N2/PPPP4/3QK3 w - - 0 1";
+constexpr auto quiet = "d1b1";
+constexpr auto push = "a2a3";
+constexpr auto knight_move = "f3g5";
+
+// A node with the filters' surroundings.
+class Filters : public testing::Test {
+protected:
+    void SetUp() override {
+        processo_novo();
+        busca_nua();
+    }
+    static void stand_before(int n, int depth, std::string_view fen = balanced) {
+        monta_ply(n - 1, fen);
+        deep = DEEP = depth;
+        corte_MAXcut = 0;
+        zera_contadores();
+    }
+    struct Outcome {
+        float value;
+        std::vector<int> depths;  // that the replies find
+    };
+    // Searches node n with replies worth v.
+    static Outcome search(int n, std::string_view move, float v) {
+        const Roteiro children(sempre(n + 1, v));
+        Outcome o{busca_no(n, lance(move)), {}};
+        for (const Chamada& x : children.chamadas()) {
+            o.depths.push_back(x.deep);
+        }
+        return o;
+    }
+};
+
+// --- The vertical filter ---
+
+class VerticalFilter : public Filters {
+protected:
+    void SetUp() override {
+        Filters::SetUp();
+        VERTICAL_filt = 1;
+    }
+    static constexpr float far = 700.0F;  // a value of the replies that no test mistakes for a static score
+};
+
+TEST_F(VerticalFilter, EndsALostLineAtTheLastPly) {
+    for (int n = 9; n <= 21; n += 2) {
+        for (int k = 0; k < n; k += 2) {
+            SCOPED_TRACE(testing::Message() << "ply " << n << ", bound " << k);
+            stand_before(n, n);
+            alfa[k] = 10.0F;
+            const Outcome lost = search(n, quiet, far);
+            EXPECT_EQ(lost.value, 0.0F);
+            EXPECT_TRUE(lost.depths.empty());
+            EXPECT_EQ(quantas_vezes(Regra::vertical_corta), 1U);
+            EXPECT_EQ(deep, n);
+
+            stand_before(n, n);
+            alfa[k] = 9.9F;
+            EXPECT_EQ(search(n, quiet, far).value, far);
+            EXPECT_EQ(quantas_vezes(Regra::vertical_corta), 0U);
+        }
+    }
+}
+
+TEST_F(VerticalFilter, BoundsOfPliesBelowTheNodeDoNotCount) {
+    stand_before(9, 9);
+    alfa[10] = alfa[12] = 900.0F;
+    EXPECT_EQ(search(9, quiet, far).value, far);
+}
+
+TEST_F(VerticalFilter, StaticScoreIsTheLeadWithTheRatioAfterTheMove) {
+    for (int n = 9; n <= 21; n += 2) {
+        SCOPED_TRACE(n);
+        // The queen takes the knight: White leads by it.
+        stand_before(n, n, "3qk3/pppp4/8/8/6n1/8/PPPP4/3QK3 w - - 0 1");
+        alfa[0] = 900.0F;
+        EXPECT_EQ(search(n, "d1g4", far).value, static_cast<float>(0.0L + 5.0L * std::log(240.0L / 240.0L)));
+        stand_before(n, n, "3qk3/pppp4/8/8/6n1/8/PPPP4/3QK3 w - - 0 1");
+        alfa[0] = 900.0F;
+        EXPECT_EQ(search(n, quiet, far).value, static_cast<float>(-32.0L + 5.0L * std::log(240.0L / 272.0L)));
+    }
+    // A promotion counts its eighty on top of the pawn.
+    MQ = 0;
+    stand_before(9, 9, "8/P3k3/8/8/8/8/7r/3K4 w - - 0 1");
+    alfa[0] = 900.0F;
+    EXPECT_EQ(search(9, "a7a8", far).value, 110.0F + 10.0F + 80.0F - 110.0F - 50.0F);
+}
+
+TEST_F(VerticalFilter, SparesAMoveThatGivesCheckAtTheLastPly) {
+    for (int n = 9; n <= 21; n += 2) {
+        SCOPED_TRACE(n);
+        stand_before(n, n, "4k3/pppp3q/8/8/6n1/5N2/PPPP4/3QK3 w - - 0 1");
+        alfa[0] = 900.0F;
+        EXPECT_EQ(search(n, "d1e2", far).value, far);
+        EXPECT_EQ(quantas_vezes(Regra::vertical_corta), 0U);
+    }
+}
+
+TEST_F(VerticalFilter, PawnMovesAndCapturesAtTheLastPlyAreNoException) {
+    for (int n = 9; n <= 21; n += 2) {
+        SCOPED_TRACE(n);
+        stand_before(n, n);
+        alfa[n - 1] = 10.0F;
+        EXPECT_EQ(search(n, push, far).value, 0.0F);
+        stand_before(n, n, "3qk3/pppp4/8/8/6n1/8/PPPP4/3QK3 w - - 0 1");
+        alfa[n - 1] = 10.0F;
+        EXPECT_EQ(search(n, "d1g4", far).value, 0.0F);
+    }
+}
+
+TEST_F(VerticalFilter, GivesUpTwoPliesOfALostLineWhileTheScoreIsHeld) {
+    for (int n = 9; n <= 21; n += 2) {
+        for (int k = 2; k < n; k += 2) {
+            SCOPED_TRACE(testing::Message() << "ply " << n << ", bound " << k);
+            const auto depth_below = [&](float alfa0, float old, float bound) {
+                stand_before(n, n + 2);
+                alfa[0] = alfa0;
+                ALFA0 = old;
+                alfa[k] = bound;
+                const Outcome o = search(n, quiet, far);
+                EXPECT_EQ(o.value, far);
+                EXPECT_EQ(deep, n + 2);
+                EXPECT_EQ(quantas_vezes(Regra::vertical_encurta), o.depths.front() == n ? 1U : 0U);
+                return o.depths.front();
+            };
+            EXPECT_EQ(depth_below(-15.0F, -10.0F, 10.0F), n);
+            EXPECT_EQ(depth_below(-15.0F, -10.0F, 9.9F), n + 2);
+            EXPECT_EQ(depth_below(-15.0F, -9.9F, 10.0F), n + 2);
+            EXPECT_EQ(depth_below(-15.1F, -20.0F, 10.0F), n + 2);
+            EXPECT_EQ(depth_below(9.0F, 900.0F, 10.0F), n + 2);
+        }
+        // The first limit of the held score is 15 here.
+        for (const float alfa0 : {15.0F, 14.9F}) {
+            stand_before(n, n + 2);
+            alfa[0] = alfa0;
+            ALFA0 = 900.0F;
+            EXPECT_EQ(search(n, quiet, far).depths.front(), alfa0 == 15.0F ? n : n + 2);
+        }
+    }
+}
+
+TEST_F(VerticalFilter, LeavesTheOtherDepthsOfThosePliesAlone) {
+    for (int n = 9; n <= 19; n += 2) {
+        SCOPED_TRACE(n);
+        stand_before(n, n + 4);
+        alfa[0] = 15.0F;
+        const Outcome o = search(n, quiet, far);
+        EXPECT_EQ(o.value, far);
+        EXPECT_EQ(o.depths.front(), n + 4);
+    }
+}
+
+TEST_F(VerticalFilter, WarnsTheParentAtPlySevenWithDepthSeven) {
+    for (int k = 0; k <= 6; k += 2) {
+        SCOPED_TRACE(k);
+        const auto warns = [k](float bound) {
+            stand_before(7, 7);
+            corte_beta[5] = 0;
+            alfa[k] = bound;
+            const Outcome o = search(7, quiet, far);
+            EXPECT_FALSE(o.depths.empty());  // searched all the same
+            return corte_beta[5] != 0;
+        };
+        EXPECT_TRUE(warns(10.0F));
+        EXPECT_FALSE(warns(9.9F));
+        EXPECT_TRUE(warns(3299.0F));
+        EXPECT_FALSE(warns(3300.0F));  // a mate is no reason
+    }
+    EXPECT_EQ(quantas_vezes(Regra::vertical_corta), 0U);
+}
+
+TEST_F(VerticalFilter, AWarningAtPlySevenEndsTheParentsLoopAfterThatChild) {
+    // White's replies at ply 6 are searched at ply 7; the bound of the root is out of reach for all of them.
+    for (const float root : {10.0F, 9.9F}) {
+        stand_before(6, 7, "3qk3/pppp4/8/8/8/8/PPPP4/3QK3 b - - 0 1");
+        alfa[0] = root;
+        const Roteiro children([](const Chamada& x) { return x.n == 8 ? std::optional(9.0F) : std::nullopt; });
+        busca_no(6, lance("a7a6"));
+        if (root == 10.0F) {
+            EXPECT_EQ(children.quantas(7), 1U);
+        } else {
+            EXPECT_GT(children.quantas(7), 5U);
+        }
+    }
+}
+
+TEST_F(VerticalFilter, EndsALostQuietLineAtPlySevenWithDepthNine) {
+    for (int k = 0; k <= 6; k += 2) {
+        SCOPED_TRACE(k);
+        stand_before(7, 9);
+        alfa[k] = 10.0F;
+        const Outcome lost = search(7, quiet, far);
+        EXPECT_EQ(lost.value, 0.0F);
+        EXPECT_TRUE(lost.depths.empty());
+        EXPECT_EQ(quantas_vezes(Regra::vertical_corta), 1U);
+        stand_before(7, 9);
+        alfa[k] = 9.9F;
+        EXPECT_EQ(search(7, quiet, far).value, far);
+    }
+}
+
+TEST_F(VerticalFilter, SparesCapturesPromotionsAndChecksAtPlySevenWithDepthNine) {
+    const auto spared = [](std::string_view fen, std::string_view move) {
+        stand_before(7, 9, fen);
+        alfa[0] = 900.0F;
+        return !search(7, move, 950.0F).depths.empty();
+    };
+    EXPECT_FALSE(spared(balanced, push));
+    EXPECT_FALSE(spared(balanced, knight_move));
+    EXPECT_TRUE(spared("3qk3/pppp4/8/8/6n1/8/PPPP4/3QK3 w - - 0 1", "d1g4"));
+    EXPECT_TRUE(spared("7k/P7/8/8/8/8/7r/3K4 w - - 0 1", "a7a8"));
+    EXPECT_FALSE(spared("7k/P7/8/8/8/8/7r/3K4 w - - 0 1", "d1e1"));
+    EXPECT_TRUE(spared("4k3/pppp3q/8/8/6n1/5N2/PPPP4/3QK3 w - - 0 1", "d1e2"));
+    // En passant is no capture here: its to-square is empty.
+    EXPECT_FALSE(spared("7k/8/8/3pP3/8/8/7r/3K4 w - d6 0 1", "e5d6"));
+}
+
+TEST_F(VerticalFilter, DoesNothingAtPlySevenWithAnotherDepth) {
+    stand_before(7, 11);
+    alfa[0] = 900.0F;
+    corte_beta[5] = 0;
+    EXPECT_FALSE(search(7, quiet, far).depths.empty());
+    EXPECT_EQ(corte_beta[5], 0);
+}
+
+TEST_F(VerticalFilter, WarnsTheParentAtPlyTwentyThree) {
+    for (int k = 0; k <= 22; k += 2) {
+        SCOPED_TRACE(k);
+        const auto warns = [k](float bound) {
+            stand_before(23, 23);
+            corte_beta[21] = 0;
+            alfa[k] = bound;
+            EXPECT_FALSE(search(23, quiet, far).depths.empty());
+            return corte_beta[21] != 0;
+        };
+        EXPECT_TRUE(warns(10.0F));
+        EXPECT_FALSE(warns(9.9F));
+        EXPECT_TRUE(warns(3300.0F));  // a mate warns here
+    }
+}
+
+TEST_F(VerticalFilter, LeavesPliesThreeAndFiveAlone) {
+    for (const int n : {3, 5}) {
+        SCOPED_TRACE(n);
+        stand_before(n, n);
+        alfa[0] = 900.0F;
+        corte_beta[n - 2] = 0;
+        EXPECT_FALSE(search(n, quiet, far).depths.empty());
+        EXPECT_EQ(corte_beta[n - 2], 0);
+    }
+}
+
+TEST_F(VerticalFilter, OptionSwitchesAllOfItOff) {
+    for (int n = 7; n <= 23; n += 2) {
+        for (const int depth : {n, n + 2}) {
+            SCOPED_TRACE(testing::Message() << "ply " << n << ", depth " << depth);
+            stand_before(n, depth);
+            VERTICAL_filt = 0;
+            alfa[0] = 900.0F;
+            corte_beta[n - 2] = 0;
+            const Outcome o = search(n, quiet, 950.0F);
+            ASSERT_FALSE(o.depths.empty());
+            EXPECT_EQ(o.depths.front(), depth);
+            EXPECT_EQ(corte_beta[n - 2], 0);
+            EXPECT_EQ(quantas_vezes(Regra::vertical_corta) + quantas_vezes(Regra::vertical_encurta) +
+                          quantas_vezes(Regra::vertical_avisa_o_pai),
+                      0U);
+            VERTICAL_filt = 1;
+        }
+    }
+}
+
+TEST_F(VerticalFilter, SeesTheDepthThatALateMoveReductionLeaves) {
+    stand_before(9, 11);
+    LMR = 1;
+    curr_N[9] = 4;
+    LmrT[9] = 0;
+    AmrT[9] = 1;
+    alfa[8] = 10.0F;
+    EXPECT_EQ(search(9, quiet, far).value, 0.0F);
+    EXPECT_EQ(quantas_vezes(Regra::reducao), 1U);
+    EXPECT_EQ(quantas_vezes(Regra::vertical_corta), 1U);
+}
+
+TEST_F(VerticalFilter, IsPartOfAFreeMoveRun) {
+    // The mover passes, so the material is that of the ply above: level, though the move would win a rook.
+    stand_before(9, 13, "3qk3/pppp4/8/8/6r1/8/PPPP4/R2QK3 w - - 0 1");
+    LMR = 1;
+    curr_N[9] = 0;
+    LmrT[9] = AmrT[9] = 0;
+    alfa[0] = 15.0F;
+    beta[7] = 900.0F;
+    const Outcome o = search(9, "d1g4", far);
+    EXPECT_EQ(quantas_vezes(Regra::amr), 1U);
+    EXPECT_EQ(quantas_vezes(Regra::vertical_encurta), 1U);
+    EXPECT_EQ(o.depths.front(), 9);
+    EXPECT_EQ(deep, 13);
+}
+
+// --- The search extension ---
+
+class Extension : public Filters {
+protected:
+    void SetUp() override { Filters::SetUp(); }
+
+    // Node n as the last ply of a root move's full pass, with time in plenty.
+    static void stand_before_a_last_ply(int n, int nominal) {
+        stand_before(n, n);
+        DEEP = nominal;
+        SEARCH_E = 1;
+        LMRtest = 1;
+        SCANT = 1;
+        SCAN1 = 0;
+        CPU = 2;
+        npecas = {15, 15};
+        Tu = 3;
+        tempo = 2000000000;
+        inicio = relogio();
+    }
+    static int depth_below(int n) {
+        const Outcome o = search(n, push, 700.0F);
+        EXPECT_EQ(deep, n);
+        EXPECT_EQ(quantas_vezes(Regra::extensao), o.depths.front() == n ? 0U : 1U);
+        return o.depths.front();
+    }
+};
+
+TEST_F(Extension, GrowsALineOfAFullPassByTwoPlies) {
+    for (int n = 9; n <= 21; n += 2) {
+        SCOPED_TRACE(n);
+        stand_before_a_last_ply(n, n);
+        EXPECT_EQ(depth_below(n), n + 2);
+    }
+}
+
+TEST_F(Extension, NeedsANominalDepthWithinTwoPliesAboveThatOfTheNode) {
+    for (int n = 9; n <= 21; n += 2) {
+        for (int nominal = 7; nominal <= 23; ++nominal) {
+            SCOPED_TRACE(testing::Message() << "ply " << n << ", nominal depth " << nominal);
+            stand_before_a_last_ply(n, nominal);
+            const bool within = n == 9 ? nominal == 9 : (nominal >= n - 2 && nominal <= n);
+            EXPECT_EQ(depth_below(n), within ? n + 2 : n);
+        }
+    }
+}
+
+TEST_F(Extension, IsGrantedAtPlyElevenFromDepthNineOnButAtPlyNineNotFromEleven) {
+    stand_before_a_last_ply(9, 11);
+    EXPECT_EQ(depth_below(9), 9);
+    for (const int nominal : {9, 10, 11}) {
+        stand_before_a_last_ply(11, nominal);
+        EXPECT_EQ(depth_below(11), 13);
+    }
+}
+
+TEST_F(Extension, NeedsEachOfItsSwitches) {
+    for (int n = 9; n <= 21; n += 2) {
+        SCOPED_TRACE(n);
+        stand_before_a_last_ply(n, n);
+        SEARCH_E = 0;
+        EXPECT_EQ(depth_below(n), n);
+        stand_before_a_last_ply(n, n);
+        LMRtest = 0;
+        EXPECT_EQ(depth_below(n), n);
+        stand_before_a_last_ply(n, n);
+        SCANT = 0;
+        EXPECT_EQ(depth_below(n), n);
+        stand_before_a_last_ply(n, n);
+        CPU = 0;
+        EXPECT_EQ(depth_below(n), n);
+    }
+}
+
+TEST_F(Extension, NeedsTheNodeToBeTheLastPly) {
+    for (int n = 9; n <= 19; n += 2) {
+        SCOPED_TRACE(n);
+        stand_before_a_last_ply(n, n);
+        deep = n + 2;
+        EXPECT_EQ(search(n, push, 700.0F).depths.front(), n + 2);
+        EXPECT_EQ(quantas_vezes(Regra::extensao), 0U);
+    }
+}
+
+TEST_F(Extension, IsNotGrantedAtOtherPlies) {
+    for (const int n : {3, 5, 7, 23}) {
+        SCOPED_TRACE(n);
+        stand_before_a_last_ply(n, n);
+        EXPECT_EQ(search(n, push, 700.0F).depths.front(), n);
+    }
+}
+
+TEST_F(Extension, EndsAtTheSoftLimitOfTheTime) {
+    // Thirty men at a third each: the soft limit is the budget over 150.
+    for (int n = 9; n <= 21; n += 2) {
+        SCOPED_TRACE(n);
+        stand_before_a_last_ply(n, n);
+        inicio = relogio() - 1000000;
+        tempo = 165000000;
+        EXPECT_EQ(depth_below(n), n + 2);
+        EXPECT_GE(fim - inicio, 1000000);
+        stand_before_a_last_ply(n, n);
+        inicio = relogio() - 1000000;
+        tempo = 135000000;
+        EXPECT_EQ(depth_below(n), n);
+    }
+    // Fewer men, or a larger divisor, leave more of it.
+    stand_before_a_last_ply(9, 9);
+    inicio = relogio() - 1000000;
+    tempo = 135000000;
+    npecas = {12, 12};
+    EXPECT_EQ(depth_below(9), 11);
+    stand_before_a_last_ply(9, 9);
+    inicio = relogio() - 1000000;
+    tempo = 135000000;
+    Tu = 4;
+    EXPECT_EQ(depth_below(9), 11);
+}
+
+TEST_F(Extension, ComesBehindTheVerticalFilter) {
+    // The filter gives two plies up, and the extension gives them back.
+    stand_before_a_last_ply(9, 9);
+    VERTICAL_filt = 1;
+    deep = 11;
+    alfa[0] = 15.0F;
+    const Outcome o = search(9, push, 700.0F);
+    EXPECT_EQ(quantas_vezes(Regra::vertical_encurta), 1U);
+    EXPECT_EQ(quantas_vezes(Regra::extensao), 1U);
+    EXPECT_EQ(o.depths.front(), 11);
+}
+
+TEST_F(Extension, IsGrantedInAWholeSearchWithScoutPassesAndNeverWithout) {
+    const auto granted = [](std::string_view name, std::string_view value) {
+        processo_novo();
+        opcao(name, value);
+        deepp = 9;
+        deep = deepp;
+        const Cor own = coloca_fen("8/1k4K1/8/p7/P7/2p5/8/8 w - - 0 1");
+        TC = 0;
+        tempo = 2000000000;
+        busca_inteira(own);
+        return quantas_vezes(Regra::extensao);
+    };
+    EXPECT_GT(granted("Full info", "true"), 0U);
+    EXPECT_EQ(granted("PVS", "false"), 0U);
+    EXPECT_EQ(granted("Search extension", "false"), 0U);
+}
+
+// --- The time check ---
+
+class TimeCheck : public Filters {
+protected:
+    // Node n inside a deeper line, the search having begun a thousand seconds ago. Thirty men at a third each: the
+    // hard limit is the budget over 15.
+    static void stand_before_a_check(int n, int limit_in_ms) {
+        stand_before(n, n == 21 ? 23 : n + 2);
+        TC = 1;
+        npecas = {15, 15};
+        Tu = 3;
+        tempo = limit_in_ms * 15;
+        inicio = relogio() - 1000000;
+        fim = -12345;
+        corte_beta[n - 2] = 0;
+        alfa[n - 1] = -700.0F;
+    }
+};
+
+constexpr int passed = 900000;
+constexpr int ahead = 1100000;
+
+TEST_F(TimeCheck, PastTheHardLimitANodeGivesItsParentsBoundBack) {
+    for (int n = 7; n <= 21; n += 2) {
+        SCOPED_TRACE(n);
+        stand_before_a_check(n, passed);
+        const Outcome o = search(n, push, 700.0F);
+        EXPECT_EQ(o.value, -700.0F);
+        EXPECT_TRUE(o.depths.empty());
+        EXPECT_EQ(corte_beta[n - 2], 1);
+        EXPECT_EQ(corte_MAXcut, 1);
+        EXPECT_EQ(deep, n);  // stays down for the rest of the line
+        EXPECT_EQ(quantas_vezes(Regra::tempo_esgotado), 1U);
+        EXPECT_GE(fim - inicio, 1000000);
+    }
+}
+
+TEST_F(TimeCheck, WithinTheHardLimitANodeGoesOn) {
+    for (int n = 7; n <= 21; n += 2) {
+        SCOPED_TRACE(n);
+        stand_before_a_check(n, ahead);
+        const Outcome o = search(n, push, 700.0F);
+        EXPECT_EQ(o.value, 700.0F);
+        EXPECT_EQ(o.depths.front(), n + 2);
+        EXPECT_EQ(corte_beta[n - 2], 0);
+        EXPECT_EQ(corte_MAXcut, 0);
+        EXPECT_EQ(deep, n + 2);
+        EXPECT_EQ(quantas_vezes(Regra::tempo_esgotado), 0U);
+        EXPECT_GE(fim - inicio, 1000000);  // the clock was read
+    }
+}
+
+TEST_F(TimeCheck, LimitDependsOnTheMenAndOnTimeUsage) {
+    for (const auto& [men, usage, fires] :
+         {std::tuple{15, 3, true}, std::tuple{12, 3, false}, std::tuple{15, 4, false}, std::tuple{12, 2, true}}) {
+        SCOPED_TRACE(testing::Message() << men << " " << usage);
+        stand_before_a_check(9, passed);
+        npecas = {men, men};
+        Tu = usage;
+        search(9, push, 700.0F);
+        EXPECT_EQ(quantas_vezes(Regra::tempo_esgotado), fires ? 1U : 0U);
+    }
+}
+
+TEST_F(TimeCheck, WhereTheParentIsBeingMatedTheNodeGoesOnAtItsLoweredDepth) {
+    for (int n = 7; n <= 21; n += 2) {
+        SCOPED_TRACE(n);
+        stand_before_a_check(n, passed);
+        alfa[n - 1] = -3300.0F;
+        const Outcome o = search(n, push, 700.0F);
+        EXPECT_EQ(o.value, 700.0F);
+        EXPECT_EQ(o.depths.front(), n);
+        EXPECT_EQ(corte_beta[n - 2], 0);
+        EXPECT_EQ(corte_MAXcut, 1);
+        EXPECT_EQ(deep, n);
+        stand_before_a_check(n, passed);
+        alfa[n - 1] = -3299.0F;
+        EXPECT_TRUE(search(n, push, 700.0F).depths.empty());
+    }
+}
+
+TEST_F(TimeCheck, LastPlyDoesNotReadTheClock) {
+    for (int n = 7; n <= 21; n += 2) {
+        SCOPED_TRACE(n);
+        stand_before_a_check(n, passed);
+        deep = n;
+        EXPECT_EQ(search(n, push, 700.0F).value, 700.0F);
+        EXPECT_EQ(fim, -12345);
+        EXPECT_EQ(corte_MAXcut, 0);
+    }
+}
+
+TEST_F(TimeCheck, WithTimeControlOffNoNodeReadsTheClock) {
+    for (int n = 7; n <= 21; n += 2) {
+        SCOPED_TRACE(n);
+        stand_before_a_check(n, passed);
+        TC = 0;
+        EXPECT_EQ(search(n, push, 700.0F).value, 700.0F);
+        EXPECT_EQ(fim, -12345);
+        EXPECT_EQ(corte_MAXcut, 0);
+        EXPECT_EQ(deep, n == 21 ? 23 : n + 2);
+    }
+}
+
+TEST_F(TimeCheck, OtherPliesDoNotReadTheClock) {
+    for (int n = 2; n <= 23; ++n) {
+        if (n >= 7 && n <= 21 && n % 2 == 1) {
+            continue;
+        }
+        SCOPED_TRACE(n);
+        monta_ply(n - 1, balanced);
+        deep = DEEP = n <= 5 ? 5 : 23;
+        TC = 1;
+        tempo = 0;
+        inicio = relogio() - 1000000;
+        fim = -12345;
+        search(n, push, n % 2 == 0 ? -700.0F : 700.0F);
+        EXPECT_EQ(fim, -12345);
+    }
+}
+
+TEST_F(TimeCheck, StopsAWholeSearchAndKeepsTheMoveOfTheRoot) {
+    // The hard limit is over before the search begins; the first line that reaches ply 7 in a deeper search stops it.
+    processo_novo();
+    const Cor own = coloca_fen("8/1p4k1/6p1/8/3P4/1P4P1/6K1/8 w - - 0 1");
+    tempo = 0;
+    inicio = relogio() - 1000000;
+    abcd = nenhum_lance;
+    busca_inteira(own);
+    EXPECT_GT(quantas_vezes(Regra::tempo_esgotado), 0U);
+    EXPECT_EQ(corte_MAXcut, 1);
+    EXPECT_NE(abcd, nenhum_lance);
+}
+
+}  // namespace

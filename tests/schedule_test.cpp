@@ -1,0 +1,721 @@
+// The root schedule and the iteration over depths. The root moves are scripted, so that the order and the passes of the
+// schedule are seen at any depth.
+#include "search/schedule.h"
+#include "base/clock.h"
+#include "memory/shallow_tables.h"
+#include "support/engine.h"
+#include "support/plain_chess.h"
+#include "support/scripted.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <set>
+#include <sstream>
+#include <tuple>
+
+namespace {
+
+using namespace teste;
+using namespace ondrel;
+
+// --- The order of the root routines ---
+
+// Each row is one sweep over the classes; "5ch PNB" stands for the captures of a queen with check, by pawns, then
+// knights, then bishops. L are the quiet moves.
+const std::vector<std::string> strong_captures{"5ch PNBRQK 5sh PNBRQK", "4ch PNBRK 4sh PNBRK", "3ch PNBK 3sh PNBK",
+                                               "2ch PNBK 2sh PNBK", "1ch PK 1sh PK"};
+constexpr auto all_the_rest =
+    "3ch R 2ch R 4ch Q 1ch B 1ch N 1ch R 3ch Q 2ch Q 1ch Q Lch PNBRQK "
+    "3sh R 2sh R 4sh Q 1sh B 1sh N 1sh R 3sh Q 2sh Q 1sh Q Lsh PNBRQK";
+const std::vector<std::string> dynamic_captures{"5ch PNBRQK", "5sh PNBRQK", "4ch PNBRQK", "4sh PNBRQK", "3ch PNBRQK",
+                                                "3sh PNBRQK", "2ch PNBRQK", "2sh PNBRQK", "1ch PNBRQK", "1sh PNBRQK"};
+constexpr auto dynamic_quiet = "Lch PNBRQK Lsh PNBRQK";
+const std::vector<std::string> against_a_bare_king{"Lch P Lsh P", "Lch NBRQ Lsh NBRQK Lch K", "1ch K 1sh K"};
+
+using Routine = std::string;        // "5chP"
+using Place = std::pair<int, int>;  // sweep, and place within it
+using Order = std::map<Routine, Place>;
+
+std::vector<Routine> routines(const std::string& row) {
+    std::vector<Routine> names;
+    std::istringstream words(row);
+    for (std::string stage, pieces; words >> stage >> pieces;) {
+        for (const char piece : pieces) {
+            names.push_back(stage + piece);
+        }
+    }
+    return names;
+}
+
+class OrderMaker {
+public:
+    void one_sweep(const std::string& row) {
+        int place = 0;
+        for (const Routine& name : routines(row)) {
+            order_[name] = {sweep_, place++};
+        }
+        ++sweep_;
+    }
+    void a_sweep_each(const std::string& row) {
+        for (const Routine& name : routines(row)) {
+            order_[name] = {sweep_++, 0};
+        }
+    }
+    [[nodiscard]] const Order& order() const { return order_; }
+
+private:
+    int sweep_ = 0;
+    Order order_;
+};
+
+Order order_of(int temperament, bool bare_king) {
+    OrderMaker maker;
+    if (bare_king) {
+        for (const std::string& row : against_a_bare_king) {
+            maker.one_sweep(row);
+        }
+    } else if (temperament == 3) {
+        for (const std::string& row : dynamic_captures) {
+            maker.a_sweep_each(row);
+        }
+        maker.one_sweep(dynamic_quiet);
+    } else {
+        for (const std::string& row : strong_captures) {
+            temperament == 1 ? maker.one_sweep(row) : maker.a_sweep_each(row);
+        }
+        maker.one_sweep(all_the_rest);
+    }
+    return maker.order();
+}
+
+Routine routine_of(const plain::Position& position, const plain::Move& move) {
+    const auto upper = [](char man) { return man >= 'a' ? static_cast<char>(man - 'a' + 'A') : man; };
+    const char victim = upper(position.at(move.to_file, move.to_rank));
+    char stage = 'L';
+    if (plain::is_en_passant(position, move) || plain::is_castling(position, move)) {
+        stage = '1';
+    } else if (victim != plain::empty_square) {
+        stage = static_cast<char>('1' + std::string_view("PBNRQ").find(victim));
+    }
+    return std::string(1, stage) + (plain::gives_check(position, move) ? "ch" : "sh") +
+           upper(position.at(move.from_file, move.from_rank));
+}
+
+// The legal moves of a position with their routines, a promotion once and to a queen.
+std::map<std::string, Routine> routines_of(const plain::Position& position) {
+    std::map<std::string, Routine> all;
+    for (const plain::Move& move : plain::legal_moves(position)) {
+        if (move.promotion == 0 || move.promotion == 'q') {
+            all[plain::to_uci(move).substr(0, 4)] = routine_of(position, move);
+        }
+    }
+    return all;
+}
+
+bool has_castling(const plain::Position& position) {
+    const std::vector<plain::Move> moves = plain::legal_moves(position);
+    return std::any_of(moves.begin(), moves.end(),
+                       [&](const plain::Move& m) { return plain::is_castling(position, m); });
+}
+
+bool bare_opponent(const plain::Position& position) {
+    return std::count_if(position.squares.begin(), position.squares.end(), [&](signed char man) {
+               return position.white_to_move ? man >= 'a' && man <= 'z' : man >= 'A' && man <= 'Z';
+           }) == 1;
+}
+
+// One sweep of the schedule over the position, each move being worth nothing.
+std::vector<Chamada> root_moves(const plain::Position& position, int temperament) {
+    processo_novo();
+    Temperamento = temperament;
+    deepp = 7;
+    const Cor own = coloca_fen(plain::to_fen(position));
+    const Roteiro moves(sempre(1, 0.0F));
+    busca_inteira(own);
+    return moves.chamadas();
+}
+
+void expect_scheduled(const plain::Position& position, int temperament) {
+    SCOPED_TRACE(testing::Message() << plain::to_fen(position) << ", temperament " << temperament);
+    ASSERT_TRUE(plain::is_legal_position(position));
+    const std::map<std::string, Routine> legal = routines_of(position);
+    const Order order = order_of(temperament, bare_opponent(position));
+    using Key = std::tuple<int, int, int, int>;  // sweep, class from above, place in the sweep, square
+    std::vector<Key> keys;
+    std::set<std::string> searched;
+    for (const Chamada& x : root_moves(position, temperament)) {
+        const std::string move = texto(x.m);
+        ASSERT_TRUE(legal.contains(move)) << move;
+        EXPECT_TRUE(searched.insert(move).second) << move << " twice";
+        const Place place = order.at(legal.at(move));
+        EXPECT_EQ(x.ataque, x.ESTRATEGIA) << move;
+        keys.emplace_back(place.first, -x.ataque, place.second, x.m.origem());
+    }
+    EXPECT_EQ(searched.size(), legal.size());
+    EXPECT_TRUE(std::is_sorted(keys.begin(), keys.end()));
+}
+
+TEST(RootSchedule, FollowsItsTableInEveryTemperament) {
+    // Castling is left out: its class is that of whatever was tried before it.
+    const std::vector<plain::Position> positions = plain::data_positions("positions.fen");
+    int seen = 0;
+    for (std::size_t k = 0; k < positions.size(); k += 67) {
+        if (!has_castling(positions[k])) {
+            expect_scheduled(positions[k], 1 + seen % 3);
+            ++seen;
+        }
+    }
+    EXPECT_GE(seen, 9);
+}
+
+// Captures of every victim by several kinds of men, with check and without, for either side.
+constexpr std::array crowded{
+    "3q2k1/2P1r1pp/1b3n2/3p4/2PPN3/B2Q1R2/5PPP/4R1K1 w - - 0 1",
+    "r2q1rk1/1b2bppp/p1n2n2/1pp1p3/3PP3/1BN1BN2/PP3PPP/R2Q1RK1 w - - 0 1",
+    "3k4/1P1r2b1/q1n5/1B1N4/R3R3/8/5Q2/4K3 w - - 0 1",
+};
+
+TEST(RootSchedule, FollowsItsTableWhereEveryStageHasMoves) {
+    for (const char* fen : crowded) {
+        const plain::Position position = *plain::from_fen(fen);
+        for (const int temperament : {1, 2, 3}) {
+            expect_scheduled(temperament == 2 ? plain::mirrored(position) : position, temperament);
+        }
+    }
+}
+
+TEST(RootSchedule, TemperamentsSearchTheSameMovesInDifferentOrders) {
+    std::set<std::vector<std::string>> orders;  // by temperament, over all positions
+    for (const int temperament : {1, 2, 3}) {
+        std::vector<std::string> order;
+        for (const char* fen : crowded) {
+            std::set<std::string> moves;
+            for (const Chamada& x : root_moves(*plain::from_fen(fen), temperament)) {
+                order.push_back(texto(x.m));
+                moves.insert(order.back());
+            }
+            EXPECT_EQ(moves.size(), routines_of(*plain::from_fen(fen)).size());
+        }
+        orders.insert(order);
+    }
+    EXPECT_EQ(orders.size(), 3U);
+}
+
+TEST(RootSchedule, AgainstABareKingQuietPawnMovesComeFirstInEveryTemperament) {
+    const plain::Position position = *plain::from_fen("8/8/3k4/8/1P6/8/P2NBR2/Q3K3 w - - 0 1");
+    for (const plain::Position& p : {position, plain::mirrored(position)}) {
+        expect_scheduled(p, 3);
+        std::set<std::vector<std::string>> orders;
+        for (const int temperament : {1, 2, 3}) {
+            std::vector<std::string> moves;
+            for (const Chamada& x : root_moves(p, temperament)) {
+                moves.push_back(texto(x.m));
+            }
+            ASSERT_GE(moves.size(), 4U);
+            for (std::size_t k = 0; k < 3; ++k) {
+                EXPECT_TRUE(moves[k][0] == 'a' || moves[k][0] == 'b') << moves[k];
+                EXPECT_EQ(routines_of(p).at(moves[k])[3], 'P') << moves[k];
+            }
+            EXPECT_NE(routines_of(p).at(moves[3])[3], 'P');
+            orders.insert(moves);
+        }
+        EXPECT_EQ(orders.size(), 1U);
+    }
+}
+
+TEST(RootSchedule, KingsChecksComeLastOfTheQuietMovesAgainstABareKing) {
+    // The king uncovers its rook: in the game's schedules checks come first.
+    const plain::Position bare = *plain::from_fen("8/8/8/R2K2k1/8/8/8/8 w - - 0 1");
+    const auto moves = root_moves(bare, 3);
+    ASSERT_FALSE(moves.empty());
+    const auto is_king_check = [&](const Chamada& x) { return routines_of(bare).at(texto(x.m)) == "LchK"; };
+    const auto first = std::find_if(moves.begin(), moves.end(), is_king_check);
+    ASSERT_NE(first, moves.end());
+    ASSERT_NE(first, moves.begin());
+    EXPECT_TRUE(std::any_of(first, moves.end(), is_king_check));
+}
+
+TEST(RootSchedule, AtEqualScoresTheFirstMoveStaysAndABetterOneTakesOver) {
+    for (const int temperament : {1, 2, 3}) {
+        const auto moves = root_moves(*plain::from_fen(crowded[0]), temperament);
+        EXPECT_EQ(abcd, moves.front().m);
+        EXPECT_EQ(E, 0.0F);
+        processo_novo();
+        Temperamento = temperament;
+        deepp = 7;
+        const Cor own = coloca_fen(crowded[0]);
+        std::vector<Lance> seen;
+        const Roteiro better([&](const Chamada& x) {
+            seen.push_back(x.m);
+            return std::optional(seen.size() == 5 ? 0.1F : 0.0F);
+        });
+        busca_inteira(own);
+        ASSERT_GE(seen.size(), 6U);
+        EXPECT_EQ(abcd, seen[4]);
+        EXPECT_EQ(E, 0.1F);
+    }
+}
+
+// --- The iteration over depths ---
+
+struct PassSeen {
+    int deep, SCAN1, SCANT;
+    std::size_t moves;
+    bool operator==(const PassSeen&) const = default;
+};
+std::ostream& operator<<(std::ostream& out, const PassSeen& p) {
+    return out << "{" << p.deep << " " << p.SCAN1 << p.SCANT << " x" << p.moves << "}";
+}
+using Passes = std::vector<PassSeen>;
+
+// Four moves, of which a2a4 is the best unless told otherwise.
+constexpr auto four_moves = "7k/7p/8/8/8/8/P7/K7 w - - 0 1";
+constexpr auto best = "a2a4";
+
+class Iteration : public testing::Test {
+protected:
+    using Value = std::function<float(const Chamada&)>;
+
+    void SetUp() override { processo_novo(); }
+
+    static float plainly(const Chamada& x) { return texto(x.m) == best ? 3.0F : 0.0F; }
+
+    static Cor place(int limit, std::string_view fen = four_moves) {
+        deepp = limit;
+        const Cor own = coloca_fen(fen);
+        TC = 0;
+        return own;
+    }
+    // A search of the placed position with scripted root moves.
+    Passes search(Cor own, const Value& value = plainly) {
+        const Roteiro moves([&](const Chamada& x) -> std::optional<float> {
+            ++curr;  // as ply 1 does
+            return value(x);
+        });
+        busca_inteira(own);
+        calls_ = moves.chamadas();
+        Passes passes;
+        for (const Chamada& x : calls_) {
+            if (passes.empty() || passes.back().deep != x.deep || passes.back().SCAN1 != x.SCAN1 ||
+                passes.back().SCANT != x.SCANT) {
+                passes.push_back({x.deep, x.SCAN1, x.SCANT, 0});
+            }
+            ++passes.back().moves;
+        }
+        return passes;
+    }
+    // The first call of a pass.
+    [[nodiscard]] const Chamada& first_of(int depth, int scan1, int scant) const {
+        const auto at = std::find_if(calls_.begin(), calls_.end(), [&](const Chamada& x) {
+            return x.deep == depth && x.SCAN1 == scan1 && x.SCANT == scant;
+        });
+        if (at == calls_.end()) {
+            throw std::logic_error("no such pass");
+        }
+        return *at;
+    }
+
+    std::vector<Chamada> calls_;
+};
+
+const Passes only_first_depth{{7, 0, 0, 4}, {9, 1, 0, 1}, {9, 0, 1, 3}};
+
+Passes up_to(int depth) {
+    Passes passes = only_first_depth;
+    for (int d = 11; d <= depth; d += 2) {
+        passes.push_back({d, 1, 0, 1});
+        passes.push_back({d, 0, 1, 3});
+    }
+    return passes;
+}
+
+TEST_F(Iteration, WithoutADepthLimitTheDepthsRunToTwentyThree) {
+    EXPECT_EQ(search(place(17)), up_to(23));
+    EXPECT_EQ(deep, 23);
+    EXPECT_EQ(texto(abcd), best);
+}
+
+TEST_F(Iteration, ADepthLimitEndsIt) {
+    for (const int limit : {9, 11, 13, 15}) {
+        EXPECT_EQ(search(place(limit)), up_to(limit));
+        EXPECT_EQ(deep, limit);
+    }
+}
+
+TEST_F(Iteration, AtDepthsUpToEightOnePassOverAllMovesIsTheWholeSearch) {
+    for (const int limit : {0, 1, 3, 5, 7}) {
+        EXPECT_EQ(search(place(limit)), (Passes{{limit, 0, 1, 4}}));
+        EXPECT_EQ(deep, limit);
+        EXPECT_EQ(first_of(limit, 0, 1).pempatee, 1);
+    }
+}
+
+TEST_F(Iteration, DeepAtZeroIsOnePassByMaterialAlone) {
+    opcao("Deep", "0");
+    const Cor own = coloca_fen("4k3/8/8/2pr4/3N4/8/1B6/4K3 w - - 0 1");
+    std::set<std::pair<int, int>> kinds;
+    const Roteiro moves([&](const Chamada& x) -> std::optional<float> {
+        EXPECT_EQ(x.n, 1);
+        kinds.insert({x.deep, x.SCANT});
+        return std::nullopt;
+    });
+    busca_inteira(own);
+    EXPECT_EQ(kinds, (std::set<std::pair<int, int>>{{0, 1}}));
+    EXPECT_EQ(E, 5.0F);  // nothing can be taken: knight and bishop against rook and pawn
+}
+
+TEST_F(Iteration, NominalDepthIsThatOfThePass) {
+    search(place(11));
+    for (const Chamada& x : calls_) {
+        EXPECT_EQ(x.DEEP, x.deep);
+    }
+}
+
+TEST_F(Iteration, FirstPassOfADepthSearchesTheRememberedMoveAndTheSecondAllOthers) {
+    search(place(13));
+    for (const Chamada& x : calls_) {
+        if (x.SCAN1) {
+            EXPECT_EQ(texto(x.m), best);
+        } else if (x.SCANT) {
+            EXPECT_NE(texto(x.m), best);
+        }
+    }
+}
+
+TEST_F(Iteration, AMoveThatTakesOverIsRememberedAtOnce) {
+    // From then on it is the new one that the second pass leaves out, and the old one comes again in its turn.
+    for (const char* better : {"a1b1", "a2a3"}) {
+        search(place(9), [better](const Chamada& x) {
+            return x.deep == 9 && x.SCANT && texto(x.m) == better ? 20.0F : plainly(x);
+        });
+        std::vector<std::string> second_pass;
+        for (const Chamada& x : calls_) {
+            if (x.SCANT) {
+                second_pass.push_back(texto(x.m));
+            }
+        }
+        const auto at = [&](std::string_view m) { return std::find(second_pass.begin(), second_pass.end(), m); };
+        const auto built = [&](std::string_view m) {
+            return std::find_if(calls_.begin(), calls_.end(), [m](const Chamada& x) { return texto(x.m) == m; });
+        };
+        ASSERT_NE(at(better), second_pass.end());
+        EXPECT_EQ(at(best) != second_pass.end(), built(better) < built(best)) << better;
+    }
+}
+
+TEST_F(Iteration, RememberedMoveIsTheBestOfThePassBefore) {
+    // At depth 9 another move takes over: it is the one searched alone at depth 11.
+    search(place(11), [](const Chamada& x) { return x.deep == 9 && texto(x.m) == "a1b2" ? 20.0F : plainly(x); });
+    EXPECT_EQ(texto(first_of(9, 1, 0).m), best);
+    EXPECT_EQ(texto(first_of(11, 1, 0).m), "a1b2");
+}
+
+TEST_F(Iteration, ASingleLegalMoveEndsTheSearchAfterTheBuildPass) {
+    constexpr auto one_move = "k7/8/8/8/p7/8/P4q2/7K w - - 0 1";
+    EXPECT_EQ(search(place(17, one_move)), (Passes{{7, 0, 0, 1}}));
+    EXPECT_EQ(texto(abcd), "a2a3");
+    EXPECT_EQ(deep, 9);
+    // At a depth without a build pass it is not asked.
+    EXPECT_EQ(search(place(7, one_move)), (Passes{{7, 0, 1, 1}}));
+    // Searched for real the move counts itself.
+    processo_novo();
+    const Cor own = place(17, one_move);
+    const Escuta all;
+    busca_na_raiz(own);
+    const auto root = std::count_if(all.filhos().begin(), all.filhos().end(), [](const Filho& x) { return x.n == 1; });
+    EXPECT_EQ(root, 1);
+}
+
+TEST_F(Iteration, WithoutExtraEvaluationItEndsAfterTheFirstDepth) {
+    opcao("Extra evaluation", "false");
+    EXPECT_EQ(search(place(17)), only_first_depth);
+}
+
+TEST_F(Iteration, WithIterationForbiddenItEndsAfterTheFirstDepth) {
+    const Cor own = place(17);
+    IIDS = 0;
+    EXPECT_EQ(search(own), only_first_depth);
+}
+
+TEST_F(Iteration, PastTheSoftLimitNoDepthIsBegun) {
+    // With two men at a third each the soft limit is the budget over 50.
+    for (const bool over : {false, true}) {
+        const Cor own = place(13);
+        TC = 1;
+        inicio = relogio() - 1000000;
+        tempo = over ? 45000000 : 55000000;
+        EXPECT_EQ(search(own), over ? only_first_depth : up_to(13));
+        EXPECT_GE(fim - inicio, 1000000);
+    }
+    const Cor own = place(13);
+    TC = 0;
+    inicio = relogio() - 1000000;
+    tempo = 0;
+    EXPECT_EQ(search(own), up_to(13));
+}
+
+TEST_F(Iteration, SoftLimitCountsTheMenByTimeUsage) {
+    // Thirty men: the budget over 150; at a tenth each over 80.
+    const auto stops = [&](int men, int usage, int budget) {
+        const Cor own = place(11);
+        TC = 1;
+        npecas = {men, men};
+        Tu = usage;
+        inicio = relogio() - 1000000;
+        tempo = budget;
+        return search(own) == only_first_depth;
+    };
+    EXPECT_FALSE(stops(15, 3, 165000000));
+    EXPECT_TRUE(stops(15, 3, 135000000));
+    EXPECT_FALSE(stops(15, 10, 88000000));
+    EXPECT_TRUE(stops(15, 10, 72000000));
+}
+
+TEST_F(Iteration, AMateEndsTheSearchAtTheNextDecision) {
+    // Found by the best move at depth 11: its other moves are not searched any more.
+    EXPECT_EQ(search(place(17), [](const Chamada& x) { return x.deep == 11 && x.SCAN1 ? 3300.0F : plainly(x); }),
+              (Passes{{7, 0, 0, 4}, {9, 1, 0, 1}, {9, 0, 1, 3}, {11, 1, 0, 1}}));
+    EXPECT_EQ(E, 3300.0F);
+    // Found at the first depth: its second pass runs in any case, no further depth does.
+    EXPECT_EQ(search(place(17), [](const Chamada& x) { return x.deep == 9 && x.SCAN1 ? 3300.0F : plainly(x); }),
+              only_first_depth);
+    EXPECT_EQ(
+        search(place(17), [](const Chamada& x) { return x.deep == 9 && texto(x.m) == "a1b1" ? 3300.0F : plainly(x); }),
+        (Passes{{7, 0, 0, 4}, {9, 1, 0, 1}, {9, 0, 1, 4}}));
+    EXPECT_EQ(texto(abcd), "a1b1");
+    // A hair less is a score like any other.
+    EXPECT_GT(search(place(17), [](const Chamada& x) { return x.deep == 11 && x.SCAN1 ? 3299.5F : plainly(x); }).size(),
+              4U);
+}
+
+TEST_F(Iteration, AScoreAtTheRootLimitEndsTheSearchAtOnce) {
+    // The nearest mate, found alone at depth 9: no second pass.
+    EXPECT_EQ(search(place(17), [](const Chamada& x) { return x.SCAN1 ? 15400.0F : plainly(x); }),
+              (Passes{{7, 0, 0, 4}, {9, 1, 0, 1}}));
+    EXPECT_EQ(corte_MAXcut, 1);
+    // Found among the others: those behind it are left out.
+    int k = 0;
+    EXPECT_EQ(search(place(17), [&k](const Chamada& x) { return x.SCANT && ++k == 2 ? 15400.0F : plainly(x); }),
+              (Passes{{7, 0, 0, 4}, {9, 1, 0, 1}, {9, 0, 1, 2}}));
+    // Found in the build pass, which is cut short, it is still confirmed at depth 9.
+    k = 0;
+    EXPECT_EQ(search(place(17), [&k](const Chamada&) { return ++k >= 2 ? 15400.0F : 0.0F; }),
+              (Passes{{7, 0, 0, 2}, {9, 1, 0, 1}}));
+}
+
+TEST_F(Iteration, ACutBuildPassThatSawOneMoveOnlyLooksLikeASingleLegalMove) {
+    EXPECT_EQ(search(place(17), [](const Chamada&) { return 15400.0F; }), (Passes{{7, 0, 0, 1}}));
+}
+
+TEST_F(Iteration, ATimeOutStopsTheScheduleBehindTheMoveBeingSearched) {
+    EXPECT_EQ(search(place(17),
+                     [](const Chamada& x) {
+                         if (x.deep == 11 && x.SCANT) {
+                             corte_MAXcut = 1;
+                         }
+                         return plainly(x);
+                     }),
+              (Passes{{7, 0, 0, 4}, {9, 1, 0, 1}, {9, 0, 1, 3}, {11, 1, 0, 1}, {11, 0, 1, 1}}));
+}
+
+TEST_F(Iteration, EveryNewDepthOpensTheWindowByAStep) {
+    for (const std::uint8_t many_men : {std::uint8_t{0}, std::uint8_t{1}}) {
+        const float step = many_men ? 1.0F : 10.0F;
+        const Cor own = place(13);
+        DEEP9 = many_men;
+        search(own);
+        EXPECT_EQ(first_of(7, 0, 0).alfa0, -16500.0F);
+        EXPECT_EQ(first_of(7, 0, 0).E, -10000000.0F);
+        EXPECT_EQ(first_of(7, 0, 0).ALFA0, -16500.0F);
+        for (const int depth : {9, 11, 13}) {
+            EXPECT_EQ(first_of(depth, 1, 0).ALFA0, 3.0F);
+            EXPECT_EQ(first_of(depth, 1, 0).alfa0, 3.0F - step);
+            EXPECT_EQ(first_of(depth, 1, 0).E, 3.0F - step);
+            EXPECT_EQ(first_of(depth, 0, 1).ALFA0, 3.0F);
+            EXPECT_EQ(first_of(depth, 0, 1).alfa0, 3.0F);
+        }
+    }
+}
+
+TEST_F(Iteration, AMateOfTheBuildPassIsSearchedAgainInFull) {
+    const auto build_finds = [&](float v) {
+        search(place(9), [v](const Chamada& x) { return texto(x.m) == best ? v : 0.0F; });
+        return first_of(9, 1, 0);
+    };
+    // Judged behind the step.
+    const Chamada mate = build_finds(3310.0F);
+    EXPECT_EQ(mate.ALFA0, 3300.0F);
+    EXPECT_EQ(mate.alfa0, -16500.0F);
+    EXPECT_EQ(mate.E, -10000000.0F);
+    const Chamada almost = build_finds(3309.0F);
+    EXPECT_EQ(almost.ALFA0, 3309.0F);
+    EXPECT_EQ(almost.alfa0, 3299.0F);
+    EXPECT_EQ(almost.E, 3299.0F);
+}
+
+TEST_F(Iteration, ADepthWhoseMovesAllFailKeepsTheEarlierBestMove) {
+    search(place(11), [](const Chamada& x) { return x.deep == 11 ? -100.0F : plainly(x); });
+    EXPECT_EQ(texto(abcd), best);
+    EXPECT_EQ(E, -7.0F);
+    // The first move that beats the lowered score takes over, though it is worse than the score of the depth before.
+    search(place(11),
+           [](const Chamada& x) { return x.deep != 11 ? plainly(x) : (texto(x.m) == "a1b1" ? -6.5F : -100.0F); });
+    EXPECT_EQ(texto(abcd), "a1b1");
+    EXPECT_EQ(E, -6.5F);
+}
+
+TEST_F(Iteration, RepetitionIsNotLookedForInTheBuildPass) {
+    search(place(11));
+    for (const Chamada& x : calls_) {
+        EXPECT_EQ(x.pempatee, x.deep == 7 ? 0 : 1);
+    }
+}
+
+TEST_F(Iteration, EveryPassBeginsWithTheSavedLimits) {
+    std::vector<float> seen;
+    int last = 0;
+    search(place(13), [&](const Chamada& x) {
+        const int pass = x.deep * 10 + x.SCANT;
+        if (pass != last) {
+            last = pass;
+            seen.push_back(x.MAXcut[4]);
+            seen.push_back(x.MAXcut[21]);
+        }
+        MAXcut[4] = 1.0F;
+        MAXcut[21] = 1.0F;
+        return plainly(x);
+    });
+    EXPECT_EQ(seen.size(), 14U);
+    for (std::size_t k = 0; k < seen.size(); ++k) {
+        EXPECT_EQ(seen[k], k % 2 == 0 ? 13200.0F : 100.0F);
+    }
+}
+
+TEST_F(Iteration, CastlingValueIsClearedBeforeEveryPass) {
+    int last = 0;
+    int passes = 0;
+    search(place(11), [&](const Chamada& x) {
+        const int pass = x.deep * 10 + x.SCANT;
+        if (pass != last) {
+            last = pass;
+            ++passes;
+            EXPECT_EQ(roque, (std::array<int, 2>{}));
+        }
+        roque = {10, 10};
+        return plainly(x);
+    });
+    EXPECT_EQ(passes, 5);
+}
+
+TEST_F(Iteration, ShallowTablesOfTheChainAreClearedBetweenBuildAndFirstDepth) {
+    for (const bool on : {true, false}) {
+        processo_novo();
+        HASHf = on ? 1 : 0;
+        std::array<int, 6> found{};
+        bool looked = false;
+        search(place(9), [&](const Chamada& x) {
+            if (x.deep == 7) {
+                inc[3] = inc[4] = inc[5] = {5, 5};
+            } else if (!looked) {
+                looked = true;
+                found = {inc[3][brancas], inc[4][pretas],  inc[5][brancas],
+                         inc[3][pretas],  inc[4][brancas], inc[5][pretas]};
+            }
+            return plainly(x);
+        });
+        EXPECT_EQ(found, on ? (std::array<int, 6>{0, 0, 0, 5, 5, 5}) : (std::array<int, 6>{5, 5, 5, 5, 5, 5}));
+    }
+}
+
+TEST_F(Iteration, ADrawIsWorthAPawnMoreOnceTheScoreIsKnownToHold) {
+    // The line is the balance less 5 with the ratio of the material; a man just lost keeps the value as it is.
+    const auto rises = [&](std::string_view fen, float score, int taken) {
+        const Cor own = place(11, fen);
+        peca = taken;
+        const int before = emp;
+        int during_build = before;
+        std::vector<int> later;
+        search(own, [&](const Chamada& x) {
+            if (x.deep == 7) {
+                during_build = emp;
+            } else {
+                later.push_back(emp);
+            }
+            return score;
+        });
+        EXPECT_EQ(during_build, before);
+        EXPECT_FALSE(later.empty());
+        for (const int value : later) {
+            EXPECT_EQ(value, later.front());  // once a search
+        }
+        EXPECT_TRUE(later.front() == before || later.front() == before + 10);
+        EXPECT_EQ(emppp, before);
+        return later.front() != before;
+    };
+    EXPECT_TRUE(rises(four_moves, -5.0F, 0));
+    EXPECT_FALSE(rises(four_moves, -5.1F, 0));
+    EXPECT_FALSE(rises(four_moves, 50.0F, 10));
+    EXPECT_FALSE(rises(four_moves, 50.0F, -10));
+    // Black with a rook and a pawn against a pawn: 50 - 5 + 5 ln(170/120), about 46.74.
+    constexpr auto rook_up = "r6k/7p/8/8/8/8/P7/1K6 b - - 0 1";
+    EXPECT_TRUE(rises(rook_up, 46.8F, 0));
+    EXPECT_FALSE(rises(rook_up, 46.7F, 0));
+}
+
+TEST_F(Iteration, ADrawnMoveScoreIsForgottenAtEveryNewDepth) {
+    int last = 0;
+    search(place(13), [&](const Chamada& x) {
+        const int pass = x.deep * 10 + x.SCANT;
+        if (pass != last && x.SCAN1) {
+            EXPECT_EQ(EP, 0.0F);
+        }
+        last = pass;
+        EP = 77.0F;
+        return plainly(x);
+    });
+    EXPECT_EQ(EP, 77.0F);
+}
+
+TEST_F(Iteration, PassesAreSeenFromOutsideToo) {
+    // The same without a script, through the children of a real search.
+    deepp = 9;
+    const Cor real = coloca_fen("8/8/7k/8/8/p7/8/K7 w - - 0 1");
+    std::vector<std::tuple<int, int, int>> passes;
+    const Roteiro all([&](const Chamada& x) -> std::optional<float> {
+        if (x.n == 1 && (passes.empty() || passes.back() != std::tuple<int, int, int>{x.deep, x.SCAN1, x.SCANT})) {
+            passes.emplace_back(x.deep, x.SCAN1, x.SCANT);
+        }
+        return std::nullopt;
+    });
+    busca_inteira(real);
+    EXPECT_EQ(passes, (std::vector<std::tuple<int, int, int>>{{7, 0, 0}, {9, 1, 0}, {9, 0, 1}}));
+}
+
+// --- No legal move ---
+
+std::string last_line(const std::vector<std::string>& lines) { return lines.empty() ? std::string() : lines.back(); }
+
+TEST(RootWithoutMoves, RepeatsTheLastMoveOfTheLine) {
+    processo_novo();
+    EXPECT_EQ(last_line(conversa({"setoption name Own book value false", "position startpos moves f2f3 e7e5 g2g4 d8h4",
+                                  "go wtime 5000 btime 5000 winc 0", "quit"})),
+              "bestmove d8h4");
+    processo_novo();
+    EXPECT_EQ(last_line(conversa(
+                  {"position fen k7/8/1K6/8/8/8/8/2Q5 w - - 0 1 moves c1c7", "go wtime 300000 btime 300000", "quit"})),
+              "bestmove c1c7");
+}
+
+TEST(RootWithoutMoves, LeavesTheScoreNearItsStart) {
+    processo_novo();
+    const Cor own = coloca_fen("k7/2Q5/1K6/8/8/8/8/8 b - - 0 1");
+    const Roteiro moves(sempre(1, 0.0F));
+    busca_inteira(own);
+    EXPECT_TRUE(moves.chamadas().empty());
+    EXPECT_LT(E, -9000000.0F);
+}
+
+}  // namespace
