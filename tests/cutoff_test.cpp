@@ -146,7 +146,7 @@ TEST_F(Cutoff, TestRunsAfterAChildThatImprovesNothing) {
                 return std::nullopt;
             }
             if (++k == 2) {
-                opposing(n, n - 1) = 5.0F;
+                ply[n].corta_em = 5.0F;  // the bound that ends the loop, as taken on entry
                 return even(n) ? -100.0F : 100.0F;
             }
             return 5.0F;

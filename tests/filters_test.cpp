@@ -37,6 +37,8 @@ protected:
     struct Outcome {
         float value;
         std::vector<int> depths;  // that the replies find
+
+        [[nodiscard]] int first_depth() const { return depths.empty() ? -1 : depths.front(); }
     };
     // Searches node n with replies worth v.
     static Outcome search(int n, std::string_view move, float v) {
@@ -138,8 +140,8 @@ TEST_F(VerticalFilter, GivesUpTwoPliesOfALostLineWhileTheScoreIsHeld) {
                 const Outcome o = search(n, quiet, far);
                 EXPECT_EQ(o.value, far);
                 EXPECT_EQ(deep, n + 2);
-                EXPECT_EQ(quantas_vezes(Regra::vertical_encurta), o.depths.front() == n ? 1U : 0U);
-                return o.depths.front();
+                EXPECT_EQ(quantas_vezes(Regra::vertical_encurta), o.first_depth() == n ? 1U : 0U);
+                return o.first_depth();
             };
             EXPECT_EQ(depth_below(-15.0F, -10.0F, 10.0F), n);
             EXPECT_EQ(depth_below(-15.0F, -10.0F, 9.9F), n + 2);
@@ -152,7 +154,7 @@ TEST_F(VerticalFilter, GivesUpTwoPliesOfALostLineWhileTheScoreIsHeld) {
             stand_before(n, n + 2);
             alfa[0] = alfa0;
             ALFA0 = 900.0F;
-            EXPECT_EQ(search(n, quiet, far).depths.front(), alfa0 == 15.0F ? n : n + 2);
+            EXPECT_EQ(search(n, quiet, far).first_depth(), alfa0 == 15.0F ? n : n + 2);
         }
     }
 }
@@ -164,7 +166,7 @@ TEST_F(VerticalFilter, LeavesTheOtherDepthsOfThosePliesAlone) {
         alfa[0] = 15.0F;
         const Outcome o = search(n, quiet, far);
         EXPECT_EQ(o.value, far);
-        EXPECT_EQ(o.depths.front(), n + 4);
+        EXPECT_EQ(o.first_depth(), n + 4);
     }
 }
 
@@ -278,7 +280,7 @@ TEST_F(VerticalFilter, OptionSwitchesAllOfItOff) {
             corte_beta[n - 2] = 0;
             const Outcome o = search(n, quiet, 950.0F);
             ASSERT_FALSE(o.depths.empty());
-            EXPECT_EQ(o.depths.front(), depth);
+            EXPECT_EQ(o.first_depth(), depth);
             EXPECT_EQ(corte_beta[n - 2], 0);
             EXPECT_EQ(quantas_vezes(Regra::vertical_corta) + quantas_vezes(Regra::vertical_encurta) +
                           quantas_vezes(Regra::vertical_avisa_o_pai),
@@ -311,7 +313,7 @@ TEST_F(VerticalFilter, IsPartOfAFreeMoveRun) {
     const Outcome o = search(9, "d1g4", far);
     EXPECT_EQ(quantas_vezes(Regra::amr), 1U);
     EXPECT_EQ(quantas_vezes(Regra::vertical_encurta), 1U);
-    EXPECT_EQ(o.depths.front(), 9);
+    EXPECT_EQ(o.first_depth(), 9);
     EXPECT_EQ(deep, 13);
 }
 
@@ -338,8 +340,8 @@ protected:
     static int depth_below(int n) {
         const Outcome o = search(n, push, 700.0F);
         EXPECT_EQ(deep, n);
-        EXPECT_EQ(quantas_vezes(Regra::extensao), o.depths.front() == n ? 0U : 1U);
-        return o.depths.front();
+        EXPECT_EQ(quantas_vezes(Regra::extensao), o.first_depth() == n ? 0U : 1U);
+        return o.first_depth();
     }
 };
 
@@ -394,7 +396,7 @@ TEST_F(Extension, NeedsTheNodeToBeTheLastPly) {
         SCOPED_TRACE(n);
         stand_before_a_last_ply(n, n);
         deep = n + 2;
-        EXPECT_EQ(search(n, push, 700.0F).depths.front(), n + 2);
+        EXPECT_EQ(search(n, push, 700.0F).first_depth(), n + 2);
         EXPECT_EQ(quantas_vezes(Regra::extensao), 0U);
     }
 }
@@ -403,7 +405,7 @@ TEST_F(Extension, IsNotGrantedAtOtherPlies) {
     for (const int n : {3, 5, 7, 23}) {
         SCOPED_TRACE(n);
         stand_before_a_last_ply(n, n);
-        EXPECT_EQ(search(n, push, 700.0F).depths.front(), n);
+        EXPECT_EQ(search(n, push, 700.0F).first_depth(), n);
     }
 }
 
@@ -443,7 +445,7 @@ TEST_F(Extension, ComesBehindTheVerticalFilter) {
     const Outcome o = search(9, push, 700.0F);
     EXPECT_EQ(quantas_vezes(Regra::vertical_encurta), 1U);
     EXPECT_EQ(quantas_vezes(Regra::extensao), 1U);
-    EXPECT_EQ(o.depths.front(), 11);
+    EXPECT_EQ(o.first_depth(), 11);
 }
 
 TEST_F(Extension, IsGrantedInAWholeSearchWithScoutPassesAndNeverWithout) {
@@ -506,7 +508,7 @@ TEST_F(TimeCheck, WithinTheHardLimitANodeGoesOn) {
         stand_before_a_check(n, ahead);
         const Outcome o = search(n, push, 700.0F);
         EXPECT_EQ(o.value, 700.0F);
-        EXPECT_EQ(o.depths.front(), n + 2);
+        EXPECT_EQ(o.first_depth(), n + 2);
         EXPECT_EQ(corte_beta[n - 2], 0);
         EXPECT_EQ(corte_MAXcut, 0);
         EXPECT_EQ(deep, n + 2);
@@ -534,7 +536,7 @@ TEST_F(TimeCheck, WhereTheParentIsBeingMatedTheNodeGoesOnAtItsLoweredDepth) {
         alfa[n - 1] = -3300.0F;
         const Outcome o = search(n, push, 700.0F);
         EXPECT_EQ(o.value, 700.0F);
-        EXPECT_EQ(o.depths.front(), n);
+        EXPECT_EQ(o.first_depth(), n);
         EXPECT_EQ(corte_beta[n - 2], 0);
         EXPECT_EQ(corte_MAXcut, 1);
         EXPECT_EQ(deep, n);

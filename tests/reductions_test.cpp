@@ -48,6 +48,9 @@ protected:
             return v(x.deep);
         });
         busca_no(n, lance(move));
+        if (depths.empty()) {
+            depths.push_back(-1);
+        }
         return depths;
     }
 };

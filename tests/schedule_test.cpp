@@ -128,9 +128,10 @@ bool bare_opponent(const plain::Position& position) {
 }
 
 // One sweep of the schedule over the position, each move being worth nothing.
-std::vector<Chamada> root_moves(const plain::Position& position, int temperament) {
+std::vector<Chamada> root_moves(const plain::Position& position, int temperament, bool tables = true) {
     processo_novo();
     Temperamento = temperament;
+    matrix = tables ? 1 : 0;
     deepp = 7;
     const Cor own = coloca_fen(plain::to_fen(position));
     const Roteiro moves(sempre(1, 0.0F));
@@ -138,17 +139,26 @@ std::vector<Chamada> root_moves(const plain::Position& position, int temperament
     return moves.chamadas();
 }
 
-void expect_scheduled(const plain::Position& position, int temperament) {
+// The classes in which each routine had a move.
+using Classes = std::map<Routine, std::set<int>>;
+
+// Holds the order of the root moves against the table, and gives the classes seen.
+Classes expect_scheduled(const plain::Position& position, int temperament, bool tables = true) {
     SCOPED_TRACE(testing::Message() << plain::to_fen(position) << ", temperament " << temperament);
-    ASSERT_TRUE(plain::is_legal_position(position));
+    EXPECT_TRUE(plain::is_legal_position(position));
     const std::map<std::string, Routine> legal = routines_of(position);
     const Order order = order_of(temperament, bare_opponent(position));
     using Key = std::tuple<int, int, int, int>;  // sweep, class from above, place in the sweep, square
     std::vector<Key> keys;
     std::set<std::string> searched;
-    for (const Chamada& x : root_moves(position, temperament)) {
+    Classes classes;
+    for (const Chamada& x : root_moves(position, temperament, tables)) {
         const std::string move = texto(x.m);
-        ASSERT_TRUE(legal.contains(move)) << move;
+        if (!legal.contains(move)) {
+            ADD_FAILURE() << move << " is not legal";
+            continue;
+        }
+        classes[legal.at(move)].insert(x.ataque);
         EXPECT_TRUE(searched.insert(move).second) << move << " twice";
         const Place place = order.at(legal.at(move));
         EXPECT_EQ(x.ataque, x.ESTRATEGIA) << move;
@@ -156,6 +166,28 @@ void expect_scheduled(const plain::Position& position, int temperament) {
     }
     EXPECT_EQ(searched.size(), legal.size());
     EXPECT_TRUE(std::is_sorted(keys.begin(), keys.end()));
+    return classes;
+}
+
+// Two routines of one sweep whose order a position has decided: both had moves of one class.
+using Pair = std::pair<Routine, Routine>;
+
+void take_decided(std::set<Pair>& open, const Classes& classes) {
+    std::erase_if(open, [&](const Pair& pair) {
+        const auto first = classes.find(pair.first);
+        const auto second = classes.find(pair.second);
+        return first != classes.end() && second != classes.end() &&
+               std::any_of(first->second.begin(), first->second.end(),
+                           [&](int x) { return second->second.contains(x); });
+    });
+}
+
+// Neighbours in a sweep.
+void add_neighbours(std::set<Pair>& pairs, const std::string& row) {
+    const std::vector<Routine> names = routines(row);
+    for (std::size_t k = 0; k + 1 < names.size(); ++k) {
+        pairs.emplace(names[k], names[k + 1]);
+    }
 }
 
 TEST(RootSchedule, FollowsItsTableInEveryTemperament) {
@@ -171,6 +203,98 @@ TEST(RootSchedule, FollowsItsTableInEveryTemperament) {
     EXPECT_GE(seen, 9);
 }
 
+// Pawns that attack queens put nearly all moves of these positions into the highest class, so that the order of the
+// routines alone decides.
+constexpr std::array one_class{"3rB1b1/1N6/3p4/4R3/1Bqq4/p1PPPnQ1/2k5/Rn3Kb1 w - - 0 1",
+                               "5Q2/p3Q2b/2qR1nr1/3PK2P/6b1/1q6/p1P5/2Bnk1N1 w - - 0 1",
+                               "8/RB4kN/1n1bqqb1/P1N2PP1/7K/pB6/2pQ1Q2/8 w - - 0 1",
+                               "8/8/n1p5/2q1qBQ1/kp1PNP2/1n3r1p/1b1NK1Q1/5R2 w - - 0 1",
+                               "6r1/3n1k2/B7/1bN5/1Q2pBq1/4q1nP/K4P2/1Q6 w - - 0 1",
+                               "n3K3/5N2/1q3R2/2P3b1/1N1k2q1/3r3P/1pp1PRp1/BB6 w - - 0 1",
+                               "2R3K1/1r6/6R1/1pqp1kp1/2QP2n1/6Q1/4n2b/1b2B3 w - - 0 1",
+                               "4n3/Q3p1N1/3qP2N/1q1pP1Qb/n1Pr2B1/2R2RK1/7p/3k1b2 w - - 0 1",
+                               "3Q4/1Q3RPp/2qNbK2/N2P4/1b5p/1q4p1/2P2k2/5Bnr w - - 0 1",
+                               "1B2R3/1p3P2/5r2/1pRnq1b1/1q2BP2/2Pn3N/k2KQ3/8 w - - 0 1",
+                               "2B5/K6p/2r3b1/1bPq4/nNqRPk2/Q2P2p1/3n2B1/4QN2 w - - 0 1",
+                               "6Q1/4r1p1/1qn2k2/2P2p2/3NqQ1K/N4Pb1/3PB2B/R7 w - - 0 1",
+                               "3B4/3R3R/k3q3/n3NP2/6p1/1q1NP1Q1/2P1p2b/4r1bK w - - 0 1",
+                               "2n2n2/1Np1K1Rb/8/7p/2q1B1Br/3Pkpq1/1Rb4P/8 w - - 0 1",
+                               "6Bb/4N3/P1p5/2b2pQ1/2q2R1Q/3P1nK1/r4N2/k7 w - - 0 1",
+                               "1Rn5/1bk3P1/p4B2/6p1/4q3/N1q2P2/2pP3K/4rN2 w - - 0 1",
+                               "1b6/3P3p/3b3B/N4qq1/p1p2kPP/3R4/5BK1/3n1Q2 w - - 0 1",
+                               "6K1/4B3/3r1qnp/1pNRq1Pk/5Pp1/QP3b2/B7/1b1n4 w - - 0 1",
+                               "6B1/5pK1/3R4/k3B2N/2qn4/b1PPq1r1/3b1P2/7N w - - 0 1",
+                               "6k1/7N/8/1q2pB1Q/2Pq1P2/1n2P3/n4pK1/R2RrN2 w - - 0 1",
+                               "1kBQ3N/r1npp3/3B4/1b6/5K1P/p2Rq1QN/5Pb1/n7 w - - 0 1",
+                               "3n4/4p2R/Q2p3n/4bqp1/6PB/2kqQ1b1/4P3/2KR4 w - - 0 1",
+                               "7B/b3R2r/k4pq1/3QRq1P/b1n3PN/3P1pK1/2QN2p1/n7 w - - 0 1",
+                               "1K4R1/p3R1N1/3k1p2/6Qb/4Bb2/3Nq3/Q1nn1P2/8 w - - 0 1",
+                               "2Q1B2k/1B3n2/Q1R4N/6r1/5pq1/np2qp1P/bKb2PP1/8 w - - 0 1",
+                               "4K3/1nQ3p1/3B1k2/b4qR1/1p1q2PN/2B1P1n1/1N2r1QP/7R w - - 0 1",
+                               "2b1K2b/2p3Np/8/1R1R1qnr/PB1n1BP1/6q1/1k5P/8 w - - 0 1",
+                               "Qb4R1/N2Pp3/2QB4/2p3q1/1q5P/2PK4/3NR3/6kr w - - 0 1",
+                               "1b5N/6PB/4q2b/5Pq1/p1k2n1P/3N1QQ1/R4p1K/3R1B2 w - - 0 1",
+                               "4n2b/Q7/3kNQpp/6B1/5qPb/4q1P1/1K3P2/2Nr4 w - - 0 1",
+                               "RN6/8/1B4k1/p5p1/4K3/1n1Qq2R/2b2P2/2r1b1n1 w - - 0 1",
+                               "8/1p1B3p/n4Rb1/p3QP2/2R2Nk1/6q1/7P/1QbKBN2 w - - 0 1",
+                               "5N1K/3b2Rb/1kB3Q1/1qrPp3/2P1B1q1/7P/8/Q4R2 w - - 0 1",
+                               "2r3N1/4n3/3b2k1/1RPq1q1n/1B2P1P1/p2Q4/2QN2pp/4K3 w - - 0 1",
+                               "n1n1B3/b2p4/1R1q1N2/2pqP3/3NP1Q1/4Kr2/1p4B1/6k1 w - - 0 1",
+                               "3kr3/5P2/3N2B1/p3q2p/5P2/1p1Qbq1B/2nR2P1/7K w - - 0 1",
+                               "8/3R1K1k/1Q1qQr1B/3qP1p1/b3P3/bn1R2p1/7P/8 w - - 0 1",
+                               "1B2n2k/2p5/b1N1p3/r1R1K3/3Q1p2/1qQqP3/2PbP3/1N6 w - - 0 1",
+                               "3B4/1P3b2/4pK2/8/Npqn3k/3P4/3B2pn/R2Rb3 w - - 0 1",
+                               "7n/b3K2N/2p4Q/B2qbq2/1r2P1Pp/k7/1R4p1/2B5 w - - 0 1",
+                               "5b2/4R3/2q1q3/2kP1Pb1/8/5n2/1nN2KP1/6B1 w - - 0 1",
+                               "4k2r/8/q1q5/1P6/8/3r4/4K3/4R2R w - - 0 1",
+                               "4k3/5p2/q1q3P1/1P6/8/8/3pK3/4R3 w - - 0 1"};
+
+TEST(RootSchedule, FollowsItsTableInTheOrderOfEveryTwoNeighbours) {
+    std::set<Pair> undecided;
+    for (const std::string& row : strong_captures) {
+        add_neighbours(undecided, row);
+    }
+    add_neighbours(undecided, all_the_rest);
+    for (const char* fen : one_class) {
+        take_decided(undecided, expect_scheduled(*plain::from_fen(fen), 1));
+    }
+    // No king can take a queen and uncover a check while a queen can take one with check: the queen that the king takes
+    // has given check, so both would have to take that one, on one line with the other king.
+    EXPECT_EQ(undecided, (std::set<Pair>{{"5chQ", "5chK"}}));
+}
+
+TEST(RootSchedule, ConsistentTemperamentSharesTheLastSweep) {
+    for (std::size_t k = 0; k < one_class.size(); k += 9) {
+        expect_scheduled(*plain::from_fen(one_class[k]), 2);
+    }
+}
+
+TEST(RootSchedule, DynamicTemperamentHasOneSweepOfQuietMoves) {
+    std::set<Pair> undecided;
+    add_neighbours(undecided, dynamic_quiet);
+    for (const char* fen : {"Qb4R1/N2Pp3/2QB4/2p3q1/1q5P/2PK4/3NR3/6kr w - - 0 1",
+                            "3Q4/1Q3RPp/2qNbK2/N2P4/1b5p/1q4p1/2P2k2/5Bnr w - - 0 1",
+                            "n7/b3P3/1n4K1/N1R2p2/Rq3N2/1qPb1Q2/1BP5/4k3 w - - 0 1"}) {
+        take_decided(undecided, expect_scheduled(*plain::from_fen(fen), 3));
+    }
+    EXPECT_EQ(undecided, std::set<Pair>{});
+}
+
+TEST(RootSchedule, BareKingScheduleIsDecidedByTheOrderOfItsRoutinesToo) {
+    // Without the tables every quiet move that loses nothing is of one class.
+    std::set<Pair> undecided;
+    for (const std::string& row : {against_a_bare_king[0], against_a_bare_king[1]}) {
+        add_neighbours(undecided, row);
+    }
+    for (const char* fen : {"8/2P5/3k4/8/1P1K4/8/P2R4/BN4QB w - - 0 1", "8/8/3k4/8/1PP5/8/P7/K7 w - - 0 1",
+                            "8/8/3k4/8/8/6N1/7R/Q3B2K w - - 0 1"}) {
+        const plain::Position position = *plain::from_fen(fen);
+        EXPECT_TRUE(bare_opponent(position));
+        take_decided(undecided, expect_scheduled(position, 3, false));
+    }
+    EXPECT_EQ(undecided, std::set<Pair>{});
+}
+
 // Captures of every victim by several kinds of men, with check and without, for either side.
 constexpr std::array crowded{
     "3q2k1/2P1r1pp/1b3n2/3p4/2PPN3/B2Q1R2/5PPP/4R1K1 w - - 0 1",
@@ -178,11 +302,10 @@ constexpr std::array crowded{
     "3k4/1P1r2b1/q1n5/1B1N4/R3R3/8/5Q2/4K3 w - - 0 1",
 };
 
-TEST(RootSchedule, FollowsItsTableWhereEveryStageHasMoves) {
+TEST(RootSchedule, FollowsItsTableForEitherColour) {
     for (const char* fen : crowded) {
-        const plain::Position position = *plain::from_fen(fen);
-        for (const int temperament : {1, 2, 3}) {
-            expect_scheduled(temperament == 2 ? plain::mirrored(position) : position, temperament);
+        for (const int temperament : {2, 3}) {
+            expect_scheduled(plain::mirrored(*plain::from_fen(fen)), temperament);
         }
     }
 }

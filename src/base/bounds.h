@@ -49,9 +49,9 @@ inline std::uint8_t PVSm = 0;                             // scout pass of ply 1
 inline std::uint8_t PVSm2 = 0;                            // scout pass of ply 2
 
 // Leaf evaluation.
-inline float extraeval = 0;    // the judgement of the last leaf, -50..50
-inline float extraevalll = 0;  // the base value of the root move
-inline std::uint8_t EMPAT = 0; // the last leaf is a dead draw
+inline float extraeval = 0;     // the judgement of the last leaf, -50..50
+inline float extraevalll = 0;   // the base value of the root move
+inline std::uint8_t EMPAT = 0;  // the last leaf is a dead draw
 
 // The bound that the node of ply n writes, and the flag of its move loop.
 template <bool par>

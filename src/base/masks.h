@@ -72,7 +72,9 @@ constexpr void por_casa(Mascara m, F f) {
 constexpr int direcoes = 8;
 
 // Whether the board index rises along a direction.
-constexpr bool direcao_sobe(int d) { return passos_da_dama[d].file > 0 || (passos_da_dama[d].file == 0 && passos_da_dama[d].rank > 0); }
+constexpr bool direcao_sobe(int d) {
+    return passos_da_dama[d].file > 0 || (passos_da_dama[d].file == 0 && passos_da_dama[d].rank > 0);
+}
 
 // Rays from a square to the edge, by direction and square: their squares as a set, and in order, the nearest first.
 using Fileira = std::array<std::uint8_t, 8>;
@@ -190,8 +192,7 @@ inline Mascara entre(int de, int ate) {
 // Men of c that attack square i over the men `ocupadas`.
 inline Mascara atacantes(const Mascaras& m, Cor c, int i, Mascara ocupadas) {
     Mascara a = (saltos_de_peao[outra(c)][i].casas & m.tipo[tipo_de(peao)]) |
-                (saltos_de_cavalo[i].casas & m.tipo[tipo_de(cavalo)]) |
-                (saltos_de_rei[i].casas & m.tipo[tipo_de(rei)]);
+                (saltos_de_cavalo[i].casas & m.tipo[tipo_de(cavalo)]) | (saltos_de_rei[i].casas & m.tipo[tipo_de(rei)]);
     a &= m.cor[c];
     const Mascara retas = m.cor[c] & (m.tipo[tipo_de(torre)] | m.tipo[tipo_de(dama)]) & cruz[i];
     const Mascara diagonais = m.cor[c] & (m.tipo[tipo_de(bispo)] | m.tipo[tipo_de(dama)]) & xis[i];

@@ -14,7 +14,7 @@ constexpr int ultima_ply = 24;  // a leaf only: it has no board of its own
 struct Ply {
     Tabuleiro tabd{};
     Bandeiras jm_D{};
-    std::uint8_t pp_D = 0;             // the move is already on the board: skip the transfer; only inside an application
+    std::uint8_t pp_D = 0;  // the move is already on the board: skip the transfer; only inside an application
     std::uint8_t joga_com_b_deep = 0;  // 1 = white: the mover before the application, the side to move after it
     std::uint8_t X_D = 0;              // 1 until a reply has improved the ply's bound
     std::uint8_t XEQUE_MATE = 0;       // 1 until the king's generator has found its side not in check

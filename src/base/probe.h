@@ -13,16 +13,16 @@ constexpr bool rastreado = ONDREL_TRACE != 0;
 
 // The rules of the selective search whose acting is counted.
 enum class Regra : std::uint8_t {
-    reducao,               // a reduced run
-    reducao_repetida,      // its value would cut the parent: run again
-    amr,                   // an Amr run
-    amr_refuta,            // it refutes the parent
-    null_move,             // a null-move pass
-    null_move_resolve,     // it settles the node
-    iid,                   // an IID pass
-    sonda_da_ply_1,        // a scout pass of ply 1
+    reducao,            // a reduced run
+    reducao_repetida,   // its value would cut the parent: run again
+    amr,                // an Amr run
+    amr_refuta,         // it refutes the parent
+    null_move,          // a null-move pass
+    null_move_resolve,  // it settles the node
+    iid,                // an IID pass
+    sonda_da_ply_1,     // a scout pass of ply 1
     sonda_da_ply_1_resolve,
-    sonda_da_ply_2,        // a scout pass of ply 2
+    sonda_da_ply_2,  // a scout pass of ply 2
     sonda_da_ply_2_resolve,
     passe_pleno,           // a full pass of ply 1
     alarga_a_raiz,         // the root window widened at depth 9

@@ -55,8 +55,7 @@ struct Passo {
 // The orders of direction are the order of search and of summation: nothing may reorder them.
 constexpr std::array<Passo, 4> passos_da_torre{{{1, 0}, {-1, 0}, {0, 1}, {0, -1}}};
 constexpr std::array<Passo, 4> passos_do_bispo{{{1, 1}, {1, -1}, {-1, -1}, {-1, 1}}};
-constexpr std::array<Passo, 8> passos_da_dama{
-    {{1, 0}, {-1, 0}, {0, 1}, {0, -1}, {1, 1}, {1, -1}, {-1, -1}, {-1, 1}}};
+constexpr std::array<Passo, 8> passos_da_dama{{{1, 0}, {-1, 0}, {0, 1}, {0, -1}, {1, 1}, {1, -1}, {-1, -1}, {-1, 1}}};
 constexpr std::array<Passo, 8> passos_do_rei{{{1, 0}, {-1, 0}, {0, 1}, {0, -1}, {-1, -1}, {1, 1}, {-1, 1}, {1, -1}}};
 constexpr std::array<Passo, 8> saltos_do_cavalo{
     {{2, 1}, {2, -1}, {-2, -1}, {-2, 1}, {-1, 2}, {1, 2}, {1, -2}, {-1, -2}}};

@@ -31,7 +31,7 @@ struct Constantes {
 
     bool menos_de_15 = false;
     bool menos_de_11 = false;
-    std::array<bool, 2> final_para{};       // the enemy of this colour is down to a queen or less
+    std::array<bool, 2> final_para{};  // the enemy of this colour is down to a queen or less
     std::array<bool, 2> inimigo_sem_homens{};
     // Terms by the nearness of the enemy king, by Cor, and by the square.
     std::array<PorProximidade, 2> cavalo, torre, dama, rei;
@@ -617,8 +617,7 @@ void prova_pela_regra(const Tabuleiro& t) {
 
 template <Cor own, Cor stm>
 void julga_a_folha(const Tabuleiro& t, const Mascaras& m) {
-    Folha_em_exame x{t, m, m.ocupadas(),
-                     {casa(p_x_R[brancas], p_y_R[brancas]), casa(p_x_R[pretas], p_y_R[pretas])}};
+    Folha_em_exame x{t, m, m.ocupadas(), {casa(p_x_R[brancas], p_y_R[brancas]), casa(p_x_R[pretas], p_y_R[pretas])}};
     contagem = {};
     percorre<stm>(x);
     EMPAT = empate_de(m) ? 1 : 0;

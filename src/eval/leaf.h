@@ -2,8 +2,8 @@
 // and tables. A checked build holds every call against the plain rule.
 #pragma once
 
-#include "base/types.h"
 #include "base/masks.h"
+#include "base/types.h"
 
 namespace ondrel {
 

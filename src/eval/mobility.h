@@ -15,19 +15,19 @@ void verifica_liberdade(Cor c, const Tabuleiro& de, Lance m);
 
 // The counters of a colour in one walk of the board.
 struct Contagem {
-    float posicao = 0;      // posicao_<c>: positional sum
-    float centro = 0;       // centro_<c>: sum of centroo over the squares attacked
-    float atack_ksf = 0;    // atack_ksf_<c>: sum of 1/d over the squares attacked, d to the enemy king
-    float defesa_ksf = 0;   // defesa_ksf_<c>: the same, d to the own king
-    int mobilidade = 0;     // empty or enemy squares reached
-    int alvos = 0;          // enemy men attacked
-    int apoios = 0;         // own men attacked, so defended
-    int pecas = 0;          // knights, bishops, rooks, queens
-    int peoes = 0;          // pawns
-    int pontos = 0;         // 3, 3, 5, 9 per knight, bishop, rook, queen
-    int avanco = 0;         // ranks advanced, over all men
-    int abrigo = 0;         // pawns sheltering the own king
-    int menor_file = 7;     // the box of pawns and king
+    float posicao = 0;     // posicao_<c>: positional sum
+    float centro = 0;      // centro_<c>: sum of centroo over the squares attacked
+    float atack_ksf = 0;   // atack_ksf_<c>: sum of 1/d over the squares attacked, d to the enemy king
+    float defesa_ksf = 0;  // defesa_ksf_<c>: the same, d to the own king
+    int mobilidade = 0;    // empty or enemy squares reached
+    int alvos = 0;         // enemy men attacked
+    int apoios = 0;        // own men attacked, so defended
+    int pecas = 0;         // knights, bishops, rooks, queens
+    int peoes = 0;         // pawns
+    int pontos = 0;        // 3, 3, 5, 9 per knight, bishop, rook, queen
+    int avanco = 0;        // ranks advanced, over all men
+    int abrigo = 0;        // pawns sheltering the own king
+    int menor_file = 7;    // the box of pawns and king
     int maior_file = 0;
     int menor_rank = 7;
     int maior_rank = 0;

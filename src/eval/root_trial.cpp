@@ -27,9 +27,21 @@ bool contem(std::span<const int> materiais, float material) {
 }
 
 constexpr std::array poucas_pecas{153, 163, 186, 152, 162, 184, 185};
-constexpr std::array<Final, 15> finais_de_peao{{{173, 4}, {183, 5}, {196, 4}, {206, 5}, {216, 6},
-                                               {172, 4}, {182, 5}, {194, 4}, {204, 5}, {214, 6},
-                                               {195, 4}, {205, 5}, {215, 6}, {170, 2}, {180, 3}}};
+constexpr std::array<Final, 15> finais_de_peao{{{173, 4},
+                                                {183, 5},
+                                                {196, 4},
+                                                {206, 5},
+                                                {216, 6},
+                                                {172, 4},
+                                                {182, 5},
+                                                {194, 4},
+                                                {204, 5},
+                                                {214, 6},
+                                                {195, 4},
+                                                {205, 5},
+                                                {215, 6},
+                                                {170, 2},
+                                                {180, 3}}};
 constexpr std::array<Final, 6> finais_proprios{{{142, 1}, {143, 1}, {160, 1}, {174, 2}, {175, 2}, {176, 2}}};
 
 // The king's destination by the ending on the board; later cases overwrite earlier ones.

@@ -18,7 +18,7 @@ struct Ataques {
 };
 inline std::array<Ataques, 2> ataca{};
 
-inline int MATRIZ = 0;                   // positional value of the destination; verifica_estrategia scales it in place
+inline int MATRIZ = 0;                    // positional value of the destination; verifica_estrategia scales it in place
 inline std::uint8_t incentiva_promo = 0;  // a pawn move late in the game
 
 // init_tabuleiro2: the gate of the pass (TEST1IID), MATRIZ and incentiva_promo, the move of joga_com_b's side on tab2,

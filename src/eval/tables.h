@@ -46,9 +46,9 @@ constexpr double longe_do_centro(int f, int r) { return (f - 3.5) * (f - 3.5) + 
 
 constexpr TabelaReal centro = tabela_de_pesos([](int f, int r) { return 1.0 / longe_do_centro(f, r); });
 constexpr TabelaReal centroo = tabela_de_pesos([](int f, int r) { return 50.0 / longe_do_centro(f, r); });
-constexpr std::array<TabelaReal, 2> promo{  // promo_b, promo_p
-    tabela_de_pesos([](int, int r) { return 1.0 / (2 * (r - 7) * (r - 7) + 2); }),
-    tabela_de_pesos([](int, int r) { return 1.0 / (2 * r * r + 2); })};
+constexpr std::array<TabelaReal, 2> promo{// promo_b, promo_p
+                                          tabela_de_pesos([](int, int r) { return 1.0 / (2 * (r - 7) * (r - 7) + 2); }),
+                                          tabela_de_pesos([](int, int r) { return 1.0 / (2 * r * r + 2); })};
 
 // Tables of the position of the game, filled by init_tabuleiro: nearness to the kings and to the foremost pawns.
 inline std::array<TabelaInteira, 2> Xr{};  // Xr_b, Xr_p

@@ -33,7 +33,7 @@ struct Tabela {
     std::array<std::int16_t, registros_rasos> proximo;
     std::array<std::int16_t, registros_rasos> gaveta_de;  // the drawer a record is chained in, nenhum if in none
     std::array<std::int16_t, gavetas> primeiro;
-    int usados = 0;      // records ever written since the table was emptied
+    int usados = 0;       // records ever written since the table was emptied
     bool pronta = false;  // the index has been laid out
 };
 

@@ -58,7 +58,8 @@ inline float material_com_razao(float r, float outro) {
         float r, outro, MQ, valor;
     };
     static std::array<Par, 4096> pares{};
-    const std::uint32_t h = std::bit_cast<std::uint32_t>(r) * 0x9E3779B1U ^ std::bit_cast<std::uint32_t>(outro) * 0x85EBCA77U;
+    const std::uint32_t h =
+        std::bit_cast<std::uint32_t>(r) * 0x9E3779B1U ^ std::bit_cast<std::uint32_t>(outro) * 0x85EBCA77U;
     Par& x = pares[h >> 20U];
     if (x.r != r || x.outro != outro || x.MQ != MQ || r == 0) {
         x = {r, outro, MQ, static_cast<float>(static_cast<long double>(r - outro) + ln_da_razao(r, outro) * MQ)};
@@ -175,6 +176,9 @@ inline bool corta_o_pai(P n) {
 template <Cor c, class P>
 inline bool procura(P n, Lance m, bool regra_do_deep) {
     ++nodes;
+    if constexpr (rastreado) {
+        init_tabuleiro2_deep<c>(n, m);  // the probes may look at the trial
+    }
     observa_filho(n + 1, m, valor<!P::par>(n + 1), [n, m] { deep_<c>(n.filha(), m); });
     recolhe(n);
     return corta(n) || (regra_do_deep && tabela_das_plies[n].deep_corta && deep == n);

@@ -34,9 +34,9 @@ inline bool guarda_tabelas(int n) { return n <= 5; }
 // A late quiet move of a piece without check, once a sibling has given the parent a value.
 template <Cor c, class P>
 inline bool reduz(P n, Lance m) {
-    return !LmrT[n] && LMR && deep >= tabela_das_plies[n].lmr &&
-           valor<!P::par>(n - 1) != valor_inicial<!P::par> && ply[n - 1].tabd[m.origem()] != codigo(c, peao) &&
-           ply[n - 1].tabd[m.destino()] == vazia && curr_N[n] >= 5 && !da_xeque<c>(n, m);
+    return !LmrT[n] && LMR && deep >= tabela_das_plies[n].lmr && valor<!P::par>(n - 1) != valor_inicial<!P::par> &&
+           ply[n - 1].tabd[m.origem()] != codigo(c, peao) && ply[n - 1].tabd[m.destino()] == vazia && curr_N[n] >= 5 &&
+           !da_xeque<c>(n, m);
 }
 
 // A null move for the parent's side, from its first children.

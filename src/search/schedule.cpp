@@ -38,20 +38,19 @@ constexpr std::array capturas_de_cavalo{Trecho{positive3, ch, "PNBK"}, Trecho{po
 constexpr std::array capturas_de_bispo{Trecho{positive2, ch, "PNBK"}, Trecho{positive2, sh, "PNBK"}};
 constexpr std::array capturas_de_peao{Trecho{positive1, ch, "PK"}, Trecho{positive1, sh, "PK"}};
 constexpr std::array capturas_fracas_e_livres{
-    Trecho{positive3, ch, "R"},  Trecho{positive2, ch, "R"},    Trecho{positive4, ch, "Q"}, Trecho{positive1, ch, "BNR"},
-    Trecho{positive3, ch, "Q"},  Trecho{positive2, ch, "Q"},    Trecho{positive1, ch, "Q"}, Trecho{livre, ch, "PNBRQK"},
-    Trecho{positive3, sh, "R"},  Trecho{positive2, sh, "R"},    Trecho{positive4, sh, "Q"}, Trecho{positive1, sh, "BNR"},
-    Trecho{positive3, sh, "Q"},  Trecho{positive2, sh, "Q"},    Trecho{positive1, sh, "Q"}, Trecho{livre, sh, "PNBRQK"}};
-constexpr std::array<std::span<const Trecho>, 5> capturas_fortes{capturas_de_dama, capturas_de_torre,
-                                                                 capturas_de_cavalo, capturas_de_bispo,
-                                                                 capturas_de_peao};
+    Trecho{positive3, ch, "R"}, Trecho{positive2, ch, "R"}, Trecho{positive4, ch, "Q"}, Trecho{positive1, ch, "BNR"},
+    Trecho{positive3, ch, "Q"}, Trecho{positive2, ch, "Q"}, Trecho{positive1, ch, "Q"}, Trecho{livre, ch, "PNBRQK"},
+    Trecho{positive3, sh, "R"}, Trecho{positive2, sh, "R"}, Trecho{positive4, sh, "Q"}, Trecho{positive1, sh, "BNR"},
+    Trecho{positive3, sh, "Q"}, Trecho{positive2, sh, "Q"}, Trecho{positive1, sh, "Q"}, Trecho{livre, sh, "PNBRQK"}};
+constexpr std::array<std::span<const Trecho>, 5> capturas_fortes{
+    capturas_de_dama, capturas_de_torre, capturas_de_cavalo, capturas_de_bispo, capturas_de_peao};
 
 // The "dynamic" temperament: every capture routine has its sweep, the quiet moves share one.
-constexpr std::array capturas_por_vitima{
-    Trecho{positive5, ch, "PNBRQK"}, Trecho{positive5, sh, "PNBRQK"}, Trecho{positive4, ch, "PNBRQK"},
-    Trecho{positive4, sh, "PNBRQK"}, Trecho{positive3, ch, "PNBRQK"}, Trecho{positive3, sh, "PNBRQK"},
-    Trecho{positive2, ch, "PNBRQK"}, Trecho{positive2, sh, "PNBRQK"}, Trecho{positive1, ch, "PNBRQK"},
-    Trecho{positive1, sh, "PNBRQK"}};
+constexpr std::array capturas_por_vitima{Trecho{positive5, ch, "PNBRQK"}, Trecho{positive5, sh, "PNBRQK"},
+                                         Trecho{positive4, ch, "PNBRQK"}, Trecho{positive4, sh, "PNBRQK"},
+                                         Trecho{positive3, ch, "PNBRQK"}, Trecho{positive3, sh, "PNBRQK"},
+                                         Trecho{positive2, ch, "PNBRQK"}, Trecho{positive2, sh, "PNBRQK"},
+                                         Trecho{positive1, ch, "PNBRQK"}, Trecho{positive1, sh, "PNBRQK"}};
 constexpr std::array todas_as_livres{Trecho{livre, ch, "PNBRQK"}, Trecho{livre, sh, "PNBRQK"}};
 
 // Against a bare king: pawns first, captures by the king last.
@@ -121,9 +120,7 @@ void programa_da_partida() {
                 varre_cada_uma<c>(trechos);
             }
             return varre<c>(capturas_fracas_e_livres);
-        default:
-            varre_cada_uma<c>(capturas_por_vitima);
-            return varre<c>(todas_as_livres);
+        default: varre_cada_uma<c>(capturas_por_vitima); return varre<c>(todas_as_livres);
     }
 }
 

@@ -63,8 +63,7 @@ inline void captura_nos_raios(PlyUm n, int K, int f, int r, std::span<const Pass
 template <Cor c>
 inline bool captura_aos_saltos(PlyUm n, int K, int f, int r, std::span<const Passo> saltos) {
     for (const Passo s : saltos) {
-        if (no_tabuleiro(f + s.file, r + s.rank) &&
-            candidato_da_ply_1<c>(n, K, {f, r, f + s.file, r + s.rank})) {
+        if (no_tabuleiro(f + s.file, r + s.rank) && candidato_da_ply_1<c>(n, K, {f, r, f + s.file, r + s.rank})) {
             return true;
         }
     }
@@ -76,9 +75,8 @@ inline void captura_en_passant_da_ply_1(PlyUm n, int K, int f, int r) {
     const int um = r + sinal(c);
     for (const int lado : {1, -1}) {
         const Lance m{f, r, f + lado, um};
-        if (no_tabuleiro(f + lado, um) && ply[1].tabd[m.destino()] == vazia &&
-            ply[1].jm_D.p_ah[outra(c)][f + lado] && da_vez(K, m) && legal<c>(n, m) &&
-            procura_captura_da_ply_1<c>(n, K, m)) {
+        if (no_tabuleiro(f + lado, um) && ply[1].tabd[m.destino()] == vazia && ply[1].jm_D.p_ah[outra(c)][f + lado] &&
+            da_vez(K, m) && legal<c>(n, m) && procura_captura_da_ply_1<c>(n, K, m)) {
             return;
         }
     }

@@ -28,9 +28,8 @@ void deep_com_tabela(P n, Lance m) {
     if (guarda) {
         hash_table_build(n, c);
     }
-    const bool resolvido =
-        passe_nulo<c>(n, m) ||
-        (linha.iid && passe_iid<c>(n, m) && (P::par ? alfa[n] <= -mate_minimo : beta[n] >= mate_minimo));
+    const bool resolvido = passe_nulo<c>(n, m) || (linha.iid && passe_iid<c>(n, m) &&
+                                                   (P::par ? alfa[n] <= -mate_minimo : beta[n] >= mate_minimo));
     if (!resolvido) {
         tenta<c>(n, m);
     }
@@ -354,6 +353,7 @@ void deep_da_ply(int n, Cor c, Lance m) {
             deep_1<cor()>(m);
         } else {
             const PlyMovel<!decltype(p)::par> acima{n - 1};
+            prepara_julgamento(n % 2 == 0 ? outra(c) : c);
             prepara_lances<cor()>(acima);
             deep_<cor()>(p, m);
         }

@@ -93,9 +93,9 @@ struct Marca {
 };
 
 struct Opcao {
-    std::string_view anuncio;      // name, type and range, behind "option name "
-    std::array<Marca, 4> marcas;   // characters of the line that tell this option from the others
-    std::size_t valor_em;          // position of the value's first character
+    std::string_view anuncio;     // name, type and range, behind "option name "
+    std::array<Marca, 4> marcas;  // characters of the line that tell this option from the others
+    std::size_t valor_em;         // position of the value's first character
     void (*aplica)(char);
 };
 

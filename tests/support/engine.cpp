@@ -7,6 +7,7 @@
 #include "eval/tables.h"
 #include "memory/game_memory.h"
 #include "memory/shallow_tables.h"
+#include "search/root_routines.h"
 #include "search/schedule.h"
 #include "search/score_windows.h"
 #include "search/seams.h"
@@ -142,6 +143,8 @@ Cor coloca(std::string_view linha) {
     le_posicao();
     const Cor minha = lado_a_jogar();
     prepara_busca(minha);
+    ply[0].mascaras = mascaras_de(tab);
+    esquece_classes();
     return minha;
 }
 

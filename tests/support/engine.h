@@ -72,11 +72,11 @@ void zera_contadores();
 
 // What the search shows of its children while an Escuta lives.
 struct Filho {
-    int n;             // ply of the child
+    int n;  // ply of the child
     Lance m;
-    int deep;          // at its entry
+    int deep;  // at its entry
     std::uint32_t nodes;
-    float valor;       // when it has come back
+    float valor;  // when it has come back
 };
 class Escuta {
 public:

@@ -32,8 +32,8 @@ struct EvalInput {
     std::array<int, 2> men{15, 15};                       // of the root, without the king
     std::array<float, 2> piece_material{320.0F, 320.0F};  // of the root, without pawns and king
     float regimen = 0;
-    float base = 0;                  // base value of the root move, which every leaf under it carries
-    std::array<int, 2> castle{};     // castling value of the line
+    float base = 0;               // base value of the root move, which every leaf under it carries
+    std::array<int, 2> castle{};  // castling value of the line
     float agres = 1.0F;
     float agresprxrei = 1.0F;
     float MOB = 5.0F;
@@ -96,7 +96,7 @@ struct RootMove {
     std::array<int, 2> men{15, 15};                 // of the root, without the king
     std::array<int, 2> king_file{4, 4};             // of the root
     std::array<int, 2> king_rank{0, 7};
-    std::array<int, 2> numerator{15, 15};           // of the proximity to each king
+    std::array<int, 2> numerator{15, 15};  // of the proximity to each king
 };
 
 struct RootValue {

@@ -1,14 +1,14 @@
 #include "support/process.h"
 
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
-#include <fcntl.h>
-#include <poll.h>
 #include <sstream>
-#include <sys/wait.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace teste {
 

@@ -9,11 +9,11 @@
 namespace teste {
 
 struct Resultado {
-    std::string saida;                   // all of standard output
-    std::string erro;                    // all of standard error
-    int codigo = -1;                     // exit code; -1 if killed by a signal or by the time limit
-    int sinal = 0;                       // the signal that ended it, 0 for none
-    bool esgotou = false;                // did not end within the limit and was killed
+    std::string saida;     // all of standard output
+    std::string erro;      // all of standard error
+    int codigo = -1;       // exit code; -1 if killed by a signal or by the time limit
+    int sinal = 0;         // the signal that ended it, 0 for none
+    bool esgotou = false;  // did not end within the limit and was killed
     std::chrono::milliseconds duracao{};
 
     [[nodiscard]] std::vector<std::string> linhas() const;
