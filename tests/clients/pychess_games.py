@@ -122,13 +122,19 @@ def run_glib_events(context, loop):
     loop.call_later(.01, run_glib_events, context, loop)
 
 
+FIRST_MOVE_DEPTH = 3
+
+
 def engine_entry(args, adapter_log):
     """The engine as PyChess's list of engines would hold it."""
     entry = {"name": "Ondrel", "md5": None, "workingDirectory": home, "protocol": "xboard"}
-    own_book = {"options": [{"name": "Own book", "type": "check", "default": None, "value": args.own_book}]}
+    # Without its book the engine searches its first move on a budget of its own, whatever the clock says: the depth
+    # keeps that short.
+    own_book = {"options": [{"name": "Own book", "type": "check", "default": None, "value": args.own_book},
+                            {"name": "Deep", "type": "spin", "default": None, "value": FIRST_MOVE_DEPTH}]}
     if args.adapter == "polyglot":
         arguments = ["-noini", "-ec", shlex.quote(args.engine), "-log", "true", "-lf", str(adapter_log)]
-        arguments += ["-uci", f"Own book={str(args.own_book).lower()}"]
+        arguments += ["-uci", f"Own book={str(args.own_book).lower()}", "-uci", f"Deep={FIRST_MOVE_DEPTH}"]
         return entry | {"command": args.adapter_path, "args": arguments}
     if args.adapter == "uci2wb":
         # With "debug" the client's own log holds what this adapter and the engine say to each other. The adapter splits

@@ -22,8 +22,9 @@ FAULTS = re.compile(r"illegal|false|forfeit|resign|time|exited|disconnect", re.I
 def chess_match(args, record, home):
     """The command line of the whole match."""
     log = record.with_suffix(".polyglot.log")
+    # Without its book the engine searches its first move on a budget of its own: the depth keeps that short.
     own_book = str(args.own_book).lower()
-    adapter = f'polyglot -noini -ec "%fcp" -log true -lf "{log}" -uci "Own book={own_book}"'
+    adapter = f'polyglot -noini -ec "%fcp" -log true -lf "{log}" -uci "Own book={own_book}" -uci Deep=3'
     return ["xvfb-run", "-a", "xboard",
             "-fcp", shlex.quote(args.engine), "-fd", home, "-fUCI", "-adapterCommand", adapter, "-scp", "fairymax",
             "-matchGames", str(args.games), "-matchPause", "200", "-tc", f"0:{args.clock:02}", "-inc", "0",
