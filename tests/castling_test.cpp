@@ -334,7 +334,7 @@ TEST_F(Castling, TheGateOfTheRootKnowsEachCastling) {
             tab = tabuleiro("r3k2r/8/8/8/8/8/8/R3K2R");
             aab_ddb = guardado;
             const bool e_ele = guardado == lances[este];
-            const auto porta = [&](int scan1, int scant) {
+            const auto porta = [&, c = c, k = k](int scan1, int scant) {
                 SCAN1 = static_cast<std::uint8_t>(scan1);
                 SCANT = static_cast<std::uint8_t>(scant);
                 TEST1IID = 2;
