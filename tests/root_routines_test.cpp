@@ -26,7 +26,6 @@ protected:
 
 constexpr bool ch = true;
 constexpr bool sh = false;
-constexpr Peca pecas[] = {peao, cavalo, bispo, torre, dama, rei};
 
 Cor lado_da_raiz() { return joga_com_b ? brancas : pretas; }
 

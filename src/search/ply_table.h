@@ -21,25 +21,25 @@ enum class Vertical : std::uint8_t { nenhum, da_ply_7, das_plies_9_a_21, da_ply_
 constexpr int nunca = -1;
 
 struct LinhaDaPly {
-    int folha_deep;             // a leaf when deep equals this
-    int porta_de, porta_ate;    // the gate stands while DEEP lies in this range
-    Folha folha;                // what a leaf is worth
-    Lances lances;              // moves besides the common order
-    Memoria memoria;            // what may answer for the node
-    int scan_deep;              // least deep at which the shallow table is scanned
-    int volta_deep;             // below this deep the node returns at once
-    int null_move;              // least NULL_MOVE of the null-move pass; 0: none
-    int null_deep;              // and its least deep
-    bool iid;                   // the IID pass
-    int lmr, amr;               // least deep of late-move reduction and of Amr; 0: none
-    Vertical vertical;          // rules of the vertical filter
+    int folha_deep;                 // a leaf when deep equals this
+    int porta_de, porta_ate;        // the gate stands while DEEP lies in this range
+    Folha folha;                    // what a leaf is worth
+    Lances lances;                  // moves besides the common order
+    Memoria memoria;                // what may answer for the node
+    int scan_deep;                  // least deep at which the shallow table is scanned
+    int volta_deep;                 // below this deep the node returns at once
+    int null_move;                  // least NULL_MOVE of the null-move pass; 0: none
+    int null_deep;                  // and its least deep
+    bool iid;                       // the IID pass
+    int lmr, amr;                   // least deep of late-move reduction and of Amr; 0: none
+    Vertical vertical;              // rules of the vertical filter
     int extensao_de, extensao_ate;  // the search extension stands while DEEP lies in this range
-    int relogio_deep;           // the time check stands while deep is above this
-    bool limpa_captura;         // the capture slot is dropped when deep is N + 1
-    bool deep_corta;            // deep equal to N ends the generators of captures and pieces
-    bool pai_corta;             // a flag set by the child's filter counts as a cut
-    bool promove;               // pawns of the seventh rank take part in the generators
-    int roque;                  // castling value
+    int relogio_deep;               // the time check stands while deep is above this
+    bool limpa_captura;             // the capture slot is dropped when deep is N + 1
+    bool deep_corta;                // deep equal to N ends the generators of captures and pieces
+    bool pai_corta;                 // a flag set by the child's filter counts as a cut
+    bool promove;                   // pawns of the seventh rank take part in the generators
+    int roque;                      // castling value
 };
 
 // clang-format off
