@@ -195,13 +195,11 @@ void tira_roques(const Position& p, Textos& lances) {
     }
 }
 
-// A pass of the schedule classifies every root move 201 times over, so that each temperament takes a ninth of all
-// positions, in shares.
+// Each temperament takes a third of all positions, in shares.
 constexpr std::size_t partes = 3;
-constexpr std::size_t passo = 27;
 
 std::vector<Position> amostra_da_raiz(int temperamento, std::size_t parte) {
-    return amostra(3 * (static_cast<std::size_t>(temperamento) - 1 + 3 * parte), passo);
+    return amostra(static_cast<std::size_t>(temperamento) - 1 + 3 * parte, 3 * partes);
 }
 
 // A temperament and a share of the positions.
@@ -260,7 +258,7 @@ TEST(RootMovesSample, HoldsEveryKindOfMove) {
             }
         }
     }
-    EXPECT_GE(quantas, 500U);
+    EXPECT_GE(quantas, 1200U);
     EXPECT_GE(roques, 10);
     EXPECT_GE(en_passant, 10);
     EXPECT_GE(promocoes, 10);

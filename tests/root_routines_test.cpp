@@ -666,6 +666,34 @@ TEST_F(RootRoutines, CastlingIsNotAskedForRepetition) {
     EXPECT_EQ(EP, 0.0F);
 }
 
+// It has no trial of its own: the attack maps are those of the move visited last, searched or not.
+TEST_F(RootRoutines, CastlingIsClassedByWhatTheLastTrialLeft) {
+    matrix = 0;
+    struct Linha {
+        const char* fen;
+        int procurado;  // the class of a move before the last one of the knight's walk
+        Textos deste;
+        int roque;  // the class that castling has behind it
+    };
+    for (const Linha& l : {
+             // The walk ends at c3: the rook attacks the loose knight on a4, which is worth 17. The move to a3, which
+             // hides the knight from the rook, is searched in between.
+             Linha{"6k1/8/8/8/n7/8/8/RN2K2R w K - 0 1", 0, {"b1a3"}, 17},
+             // With c3 occupied it ends at a3, and the pawn on c3 is attacked and not defended: 10 less.
+             Linha{"6k1/8/8/8/n7/2P5/8/RN2K2R w K - 0 1", 7, {"b1d2"}, -10},
+         }) {
+        coloca_fen(l.fen);
+        comeca();
+        for (int a = 100; a >= -100; --a) {
+            classe(a, livre, sh, "b1");
+        }
+        EXPECT_EQ(classe(l.procurado, livre, sh, "b1"), l.deste);
+        for (int a = 100; a >= -100; --a) {
+            EXPECT_EQ(classe(a, positive1, sh, "e1"), a == l.roque ? (Textos{"e1g1"}) : Textos{}) << l.fen << a;
+        }
+    }
+}
+
 TEST_F(RootRoutines, CastlingObeysTheGate) {
     for (const auto& [scan1, scant, esperados] :
          {std::tuple{1, 0, Textos{"e1c1"}}, {0, 1, Textos{"e1g1"}}, {0, 0, Textos{"e1g1", "e1c1"}}}) {

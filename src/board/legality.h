@@ -33,6 +33,9 @@ inline Mascaras depois(const Ply& no, Lance m) {
         return x;
     }
     x.tira(no.tabd[para], para);
+    if (v == vazia) {
+        return x;  // castling rights without a king on his square: an empty square moves
+    }
     const bool promocao_a_dama = v == peao && m.d == fila(c, 7);
     x.troca(c, v, bit(de));
     x.troca(c, promocao_a_dama ? dama : v, bit(para));
