@@ -32,6 +32,10 @@ struct Ply {
 
 inline std::array<Ply, ultima_ply> ply;
 
+// The trial of the move that enters a ply, where that is not the position after the move: castling by rights that the
+// line gives without a king on his square. Null for every other move.
+inline std::array<const Tabuleiro*, ultima_ply + 1> ensaio_alheio{};
+
 // The root board, ply 0 of the stack.
 inline Tabuleiro& tab = ply[0].tabd;
 // The root's flags: R_b_jm .. pph.

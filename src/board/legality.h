@@ -32,18 +32,56 @@ inline Mascaras depois(const Ply& no, Lance m) {
         x.troca(c, peao, bit(para));
         return x;
     }
+    // Castling rights without a king on his square move whatever stands there, nothing or an enemy included.
+    const Cor dono = no.tabd[de] == codigo(c, static_cast<Peca>(v)) ? c : outra(c);
     x.tira(no.tabd[para], para);
+    x.tira(no.tabd[de], de);
     if (v == vazia) {
-        return x;  // castling rights without a king on his square: an empty square moves
+        return x;
     }
-    const bool promocao_a_dama = v == peao && m.d == fila(c, 7);
-    x.troca(c, v, bit(de));
-    x.troca(c, promocao_a_dama ? dama : v, bit(para));
-    if (v == rei && de == casa(4, fila(c, 0)) && (m.c == 2 || m.c == 6)) {
+    const bool promocao_a_dama = dono == c && v == peao && m.d == fila(c, 7);
+    x.troca(dono, promocao_a_dama ? dama : v, bit(para));
+    if (dono == c && v == rei && de == casa(4, fila(c, 0)) && (m.c == 2 || m.c == 6)) {
         x.troca(c, torre, bit(casa(m.c == 2 ? 0 : 7, fila(c, 0))) | bit(casa(m.c == 2 ? 3 : 5, fila(c, 0))));
     }
     return x;
 }
+
+// Leaves on tab2 the trial of the move m of c that enters ply n.
+template <Cor c>
+inline void faz_ensaio(int n, Lance m) {
+    if (ensaio_alheio[n] != nullptr) {
+        tab2 = *ensaio_alheio[n];
+    } else {
+        init_tabuleiro2_deep<c>(n - 1, m);
+    }
+}
+
+// The position on tab2 after faz_ensaio.
+template <Cor c>
+inline Mascaras mascaras_do_ensaio(int n, Lance m) {
+    return ensaio_alheio[n] != nullptr ? mascaras_de(*ensaio_alheio[n]) : depois<c>(ply[n - 1], m);
+}
+
+// Keeps tab2 as the trial of the castling that is about to enter ply n, until it goes out of scope, if no king of c
+// stands on his square.
+template <Cor c>
+class EnsaioDoRoque {
+public:
+    explicit EnsaioDoRoque(int n) : n_(n) {
+        if (ply[n - 1].tabd[casa(4, fila(c, 0))] != codigo(c, rei)) {
+            ensaio_ = tab2;
+            ensaio_alheio[n] = &ensaio_;
+        }
+    }
+    ~EnsaioDoRoque() { ensaio_alheio[n_] = nullptr; }
+    EnsaioDoRoque(const EnsaioDoRoque&) = delete;
+    EnsaioDoRoque& operator=(const EnsaioDoRoque&) = delete;
+
+private:
+    int n_;
+    Tabuleiro ensaio_;
+};
 
 // verifica_rei_<c>, asked in sets.
 template <Cor c>

@@ -20,7 +20,7 @@ inline bool da_xeque(int n, Lance m) {
         verifica_rei<outra(c)>();
         return Y;
     }
-    return rei_atacado<outra(c)>(depois<c>(ply[n - 1], m));
+    return rei_atacado<outra(c)>(mascaras_do_ensaio<c>(n, m));
 }
 
 // T(10): some bound of the root side at an even ply above n lies 10 or more over S.

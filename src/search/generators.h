@@ -189,6 +189,7 @@ inline bool roca(P n, int f, int r, Lado k) {
     if (R) {
         return false;
     }
+    const EnsaioDoRoque<c> ensaio(n + 1);
     roque[c] = tabela_das_plies[n].roque;
     const bool fim_do_no = procura_livre<c, teste>(n, m, !teste);
     roque[c] = 0;

@@ -85,8 +85,8 @@ inline void folha(P n, Lance m) {
         return;
     }
     conta(Regra::julgamento);
-    init_tabuleiro2_deep<c>(n - 1, m);
-    julga_a_folha<raiz, outra(c)>(tab2, depois<c>(ply[n - 1], m));
+    faz_ensaio<c>(n, m);
+    julga_a_folha<raiz, outra(c)>(tab2, mascaras_do_ensaio<c>(n, m));
     if (P::par && deep > ddep) {
         ddep = deep;
     }
@@ -177,7 +177,7 @@ template <Cor c, class P>
 inline bool procura(P n, Lance m, bool regra_do_deep) {
     ++nodes;
     if constexpr (rastreado) {
-        init_tabuleiro2_deep<c>(n, m);  // the probes may look at the trial
+        faz_ensaio<c>(n + 1, m);  // the probes may look at the trial
     }
     observa_filho(n + 1, m, valor<!P::par>(n + 1), [n, m] { deep_<c>(n.filha(), m); });
     recolhe(n);

@@ -99,6 +99,7 @@ inline void roca_na_ply_1(PlyUm n, int K, int f, int r) {
         if (R) {
             continue;
         }
+        const EnsaioDoRoque<c> ensaio(n + 1);
         roque[c] = tabela_das_plies[n].roque;
         const bool refutado = procura_captura_da_ply_1<c>(n, K, m);
         roque[c] = 0;

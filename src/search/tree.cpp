@@ -46,7 +46,7 @@ void deep_com_scan(P n, Lance m) {
         AmrT[n + 1] = 0;
     }
     if (HASHf) {
-        init_tabuleiro2_deep<c>(n - 1, m);
+        faz_ensaio<c>(n, m);
     }
     if (HASHf && deep >= tabela_das_plies[n].scan_deep) {
         conta(Regra::scan);
@@ -66,7 +66,7 @@ void deep_2(P n, Lance m) {
     if (deep < tabela_das_plies[n].volta_deep) {
         return;
     }
-    init_tabuleiro2_deep<c>(n - 1, m);
+    faz_ensaio<c>(n, m);
     verifica_empate();
     if (pempate) {
         conta(Regra::repeticao);
