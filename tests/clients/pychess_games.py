@@ -136,11 +136,6 @@ def engine_entry(args, adapter_log):
         arguments = ["-noini", "-ec", shlex.quote(args.engine), "-log", "true", "-lf", str(adapter_log)]
         arguments += ["-uci", f"Own book={str(args.own_book).lower()}", "-uci", f"Deep={FIRST_MOVE_DEPTH}"]
         return entry | {"command": args.adapter_path, "args": arguments}
-    if args.adapter == "uci2wb":
-        # With "debug" the client's own log holds what this adapter and the engine say to each other. The adapter splits
-        # the engine's command at blanks, but not the directory.
-        directory, name = os.path.split(args.engine)
-        return entry | own_book | {"command": args.adapter_path, "args": ["debug", "./" + name, directory]}
     return entry | own_book | {"protocol": "uci", "command": args.engine}
 
 
@@ -232,7 +227,7 @@ def main():
     parser.add_argument("--title", required=True, help="what the logs are called")
     parser.add_argument("--color", choices=("white", "black"), required=True)
     parser.add_argument("--own-book", action="store_true")
-    parser.add_argument("--adapter", choices=("polyglot", "uci2wb"))
+    parser.add_argument("--adapter", choices=("polyglot",))
     parser.add_argument("--positions", help="file of positions to start from, one FEN a line")
     parser.add_argument("--games", type=int, default=1, help="games from each position")
     parser.add_argument("--clock", type=int, default=5, help="seconds for the whole game")
