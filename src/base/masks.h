@@ -55,8 +55,9 @@ constexpr Mascaras mascaras_de(const Tabuleiro& t) {
     return m;
 }
 
-constexpr int primeira_casa(Mascara m) { return std::countr_zero(m); }
-constexpr int ultima_casa(Mascara m) { return 63 - std::countl_zero(m); }
+// The first and the last square of a set, which must hold one: the question is not asked again, as <bit> would.
+constexpr int primeira_casa(Mascara m) { return __builtin_ctzll(m); }
+constexpr int ultima_casa(Mascara m) { return 63 ^ __builtin_clzll(m); }
 
 // Calls `f` with the index of every square of the set, ascending.
 template <class F>

@@ -60,8 +60,10 @@ double termo_do_roque_rapido(Cor own) {
     return roque[brancas] == 0 && roque[pretas] == 0 ? 0.0 : static_cast<double>(termo_do_roque(own));
 }
 
-// A within a few units of 1e-13 of the sum.
+// Within a few units of 1e-13 of the sum, if the logarithm is in double.
+template <class Real>
 double soma_aproximada(Cor own, double inicio) {
+    const auto ln = [](double x) { return static_cast<double>(std::log(static_cast<Real>(x))); };
     const Contagem& eu = contagem[own];
     const Contagem& outro = contagem[outra(own)];
     const auto avanco = [](const Contagem& x) { return (x.avanco + 0.1) / (x.pecas + x.peoes + 1); };
@@ -76,9 +78,9 @@ double soma_aproximada(Cor own, double inicio) {
            2 * (ln_mais_10_1[eu.pontos] - ln_mais_10_1[outro.pontos]) + termo_do_roque_rapido(own) +
            0.01 * peso * (ln_mais_3[eu.alvos] - ln_mais_3[eu.apoios]) +
            0.001 * peso * (ln_mais_3[outro.alvos] - ln_mais_3[outro.apoios]) +
-           5 * std::log(defende(eu) * ataca_o_rei(eu) / (ataca_o_rei(outro) * defende(outro))) +
+           5 * ln(defende(eu) * ataca_o_rei(eu) / (ataca_o_rei(outro) * defende(outro))) +
            static_cast<double>(MOB) * (ln_mais_3[eu.mobilidade] - ln_mais_3[outro.mobilidade]) +
-           static_cast<double>(PM) * std::log(posicao(eu) / posicao(outro));
+           static_cast<double>(PM) * ln(posicao(eu) / posicao(outro));
 }
 
 }  // namespace
@@ -116,13 +118,22 @@ float julgamento_rapido(Cor own, float inicio) {
     // The sum in double is off by far less than this; where no float lies so near, both round alike.
     constexpr double folga = 1e-10;
     if (cabe_nas_tabelas(contagem[brancas]) && cabe_nas_tabelas(contagem[pretas])) {
-        const double s = soma_aproximada(own, static_cast<double>(inicio));
+        const double s = soma_aproximada<double>(own, static_cast<double>(inicio));
         const auto r = static_cast<float>(s - folga);
         if (r == static_cast<float>(s + folga)) {
             return r;
         }
     }
     return julgamento<true>(own, inicio);
+}
+
+bool julgamento_estimado(Cor own, float inicio, float& estimativa) {
+    const auto firme = [](const Contagem& x) { return cabe_nas_tabelas(x) && x.posicao + x.centro >= 0; };
+    if (!firme(contagem[brancas]) || !firme(contagem[pretas])) {
+        return false;
+    }
+    estimativa = static_cast<float>(soma_aproximada<float>(own, static_cast<double>(inicio)));
+    return true;
 }
 
 float limita(float r) { return r > piecesac ? piecesac : (r < -piecesac ? -piecesac : r); }

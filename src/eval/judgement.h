@@ -17,6 +17,10 @@ long double termo_do_regimen(double peso, Cor c);
 // itself where it cannot.
 float julgamento_rapido(Cor own, float inicio);
 
+// The same in float logarithms, for float sums that are near theirs: leaves it in `estimativa`. False, and nothing left,
+// where a small error in the sums could be a large one in the result.
+bool julgamento_estimado(Cor own, float inicio, float& estimativa);
+
 // Within -piecesac..piecesac; what is no number stays so.
 float limita(float r);
 

@@ -16,4 +16,16 @@ void prepara_julgamento(Cor own);
 template <Cor own, Cor stm>
 void julga_a_folha(const Tabuleiro& t, const Mascaras& m);
 
+// How far at most an estimate lies from the judgement, score units.
+constexpr float folga_da_estimativa = 0.01F;
+
+// The same without an order of summation, and so without the board: leaves EMPAT, and in extraeval and in the float sums
+// of contagem an estimate. Tells whether the estimate holds its bound; if it does not, extraeval is as it was.
+template <Cor own, Cor stm>
+bool estima_a_folha(const Mascaras& m);
+
+// Turns the estimate that was the last call here into the judgement.
+template <Cor own, Cor stm>
+void afina_a_folha(const Tabuleiro& t, const Mascaras& m);
+
 }  // namespace ondrel

@@ -67,6 +67,23 @@ inline float material_com_razao(float r, float outro) {
     return x.valor;
 }
 
+// Whether v, an estimate of the leaf of ply n, tells as much as the value itself would: the leaf falls short of what its
+// parent has already, or it ends the parent, whose value then falls short of what the grandparent has. Nobody else
+// reads either value. The shallow tables, which keep values, have no part in these plies.
+template <class P>
+inline bool basta_a_estimativa(P n, float v) {
+    if constexpr (P::par && !rastreado) {
+        if (n < 6) {
+            return false;
+        }
+        const float folga = folga_da_estimativa;
+        return v > std::max(beta[n - 1], ply[n - 1].cadeia) + folga ||
+               v < std::min({alfa[n - 2], beta[n - 1], ply[n - 2].cadeia}) - folga;
+    } else {
+        return false;
+    }
+}
+
 // The value of a leaf. tab2 still holds the position after the move.
 template <Cor c, class P>
 inline void folha(P n, Lance m) {
@@ -85,8 +102,11 @@ inline void folha(P n, Lance m) {
         return;
     }
     conta(Regra::julgamento);
-    faz_ensaio<c>(n, m);
-    julga_a_folha<raiz, outra(c)>(tab2, mascaras_do_ensaio<c>(n, m));
+    const Mascaras posicao = mascaras_do_ensaio<c>(n, m);
+    if (!estima_a_folha<raiz, outra(c)>(posicao) || !basta_a_estimativa(n, v + extraeval)) {
+        faz_ensaio<c>(n, m);
+        afina_a_folha<raiz, outra(c)>(tab2, posicao);
+    }
     if (P::par && deep > ddep) {
         ddep = deep;
     }
