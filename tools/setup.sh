@@ -20,6 +20,8 @@ has() {
         g++) any_of c++ ;;
         clang) any_of clang++ ;;
         xvfb) any_of Xvfb ;;
+        man-db) any_of man mandoc groff ;;
+        dpkg-dev) any_of dpkg-shlibdeps ;;
         clang-tidy) any_of clang-tidy && any_of run-clang-tidy ;;
         libgtest-dev) has_header gtest/gtest.h ;;
         libbenchmark-dev) has_header benchmark/benchmark.h ;;
