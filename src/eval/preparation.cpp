@@ -97,24 +97,32 @@ void equilibra(Cor own) {
     regimen = static_cast<float>(s);
 }
 
-void prepara_posicao() {
+// What a later preparation may find as this one left it.
+void prepara_o_que_fica() {
     for (const Cor c : {pretas, brancas}) {
         acha_rei(c);
         preenche_Xr(c);
     }
-    preenche_XP(pretas);
-    preenche_XP(brancas);
     extraeval = 0;
     conta_material();
-    equilibra(joga_com_b ? brancas : pretas);
     X = 1;
+}
+
+// What the next preparation makes anew.
+void prepara_o_que_passa() {
+    preenche_XP(pretas);
+    preenche_XP(brancas);
+    equilibra(joga_com_b ? brancas : pretas);
 }
 
 }  // namespace
 
-void init_tabuleiro() {
+void init_tabuleiro(bool mais_lances) {
     aplica_na_raiz();
-    prepara_posicao();
+    prepara_o_que_fica();
+    if (!mais_lances) {
+        prepara_o_que_passa();
+    }
     pp = 0;
     if (!deeppromo) {
         PRe = '0';
@@ -123,7 +131,8 @@ void init_tabuleiro() {
 
 void prepara_posicao_do_fen() {
     conta_material();
-    prepara_posicao();
+    prepara_o_que_fica();
+    prepara_o_que_passa();
 }
 
 }  // namespace ondrel

@@ -128,7 +128,7 @@ void joga_lances() {
         if (PROMO) {
             PRe = in_em(static_cast<std::size_t>(o) + 4);
         }
-        joga_lance_da_linha();
+        joga_lance_da_linha(book && nb < limite_de_lances);
         avanca_para_o_lance_seguinte();
         guarda_na_historia();
         if (!book) {
@@ -315,10 +315,10 @@ void le_posicao() {
     }
 }
 
-void joga_lance_da_linha() {
+void joga_lance_da_linha(bool mais_lances) {
     decodifica_lance();
     peca = tab[abcd.destino()];
-    init_tabuleiro();
+    init_tabuleiro(mais_lances);
 }
 
 void prepara_busca(Cor minha) {

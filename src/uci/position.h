@@ -12,8 +12,8 @@ void nova_partida(Cor c);
 // search in joga_com_b. Nothing is validated: what the line says is played, what it leaves out is empty.
 void le_posicao();
 
-// Plays the four characters of `in` at o on tab.
-void joga_lance_da_linha();
+// Plays the four characters of `in` at o on tab. With `mais_lances` the next move follows at once: see init_tabuleiro.
+void joga_lance_da_linha(bool mais_lances = false);
 
 // Prepares the search of `minha` from the position replayed: key, tables, draw score, depth, working copies.
 void prepara_busca(Cor minha);
