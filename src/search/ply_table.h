@@ -88,13 +88,4 @@ struct PlyMovel {
     [[nodiscard]] constexpr PlyMovel<!par> filha() const { return {numero + 1}; }
 };
 
-// The same with the number known at compile time: each routine exists once for every ply.
-template <int n>
-struct PlyFixa {
-    static constexpr bool par = n % 2 == 0;
-
-    constexpr operator int() const { return n; }  // NOLINT(google-explicit-constructor)
-    [[nodiscard]] constexpr PlyFixa<(n < ultima_ply ? n + 1 : n)> filha() const { return {}; }
-};
-
 }  // namespace ondrel
