@@ -130,7 +130,7 @@ public:
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dados, std::size_t tamanho) {
-    fuzz::processo_novo();
+    fuzz::estado_novo();
     std::string texto = barata(fuzz::linhas(dados, tamanho), tamanho % 8 == 0);
     Entrada de(texto);
     Saida para;

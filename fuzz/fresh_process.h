@@ -1,13 +1,8 @@
 // What the fuzzers share: the engine as it is when a process begins, and an output that is looked at and thrown away.
 #pragma once
 
-#include "base/bounds.h"
-#include "base/options.h"
-#include "base/root.h"
-#include "memory/game_memory.h"
-#include "memory/shallow_tables.h"
+#include "support/fresh_state.h"
 #include "uci/command_loop.h"
-#include "uci/position.h"
 
 #include <algorithm>
 #include <array>
@@ -20,6 +15,8 @@
 
 namespace fuzz {
 
+using teste::estado_novo;
+
 // Ends the run with a word, for libFuzzer to keep the input.
 [[noreturn]] inline void falha(std::string_view o_que) {
     std::fprintf(stderr, "%.*s\n", static_cast<int>(o_que.size()), o_que.data());
@@ -30,39 +27,6 @@ inline void exige(bool vale, std::string_view o_que) {
     if (!vale) {
         falha(o_que);
     }
-}
-
-// Settings at their start values, no game, nothing remembered: what one input does, no other sees.
-inline void processo_novo() {
-    using namespace ondrel;
-    CPU = 2;
-    deep = deepp = 17;
-    Tu = 3;
-    TC = SEARCH_E = SEARCH_EE = PVS = TURBO = VERTICAL_filt = LMR = 1;
-    Positive_filter = Positive_filterp = Negative_filter = Negative_filterp = NULL_MOVE = 2;
-    positfilter = negatfilter = 100.0F;
-    Temperamento = 3;
-    agres = agresprxrei = 1.0F;
-    agreschrei = matrix = 1;
-    empp = -5;
-    EXTRA_EVAL = EXTRA_EVALL = extradef = OwnBook = HASH1 = HASHf = FULL_inf = 1;
-    PM = MOB = MQ = 5.0F;
-    roque_v = 3;
-    CHESS_960 = 0;
-    if (inc1 > 0) {
-        limpa_memoria();
-    }
-    limpa_tabelas_rasas();
-    nova_partida(brancas);
-    joga_com_b = 0;
-    tab = {};
-    jm = {};
-    nb = 0;
-    ddep = 0;
-    tempo = 300000;
-    abcd = {0, 0, 0, 0};
-    extraevalll = 0;
-    in.clear();
 }
 
 // A setting that no option line can have given would be read by rules that know nothing of it.

@@ -30,7 +30,7 @@ void le(const std::string& linha) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dados, std::size_t tamanho) {
-    fuzz::processo_novo();
+    fuzz::estado_novo();
     if (tamanho > 0) {
         npecas = {dados[0] % 16, dados[0] / 16};
     }

@@ -48,7 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dados, std::size_t tam
     if (tamanho == 0) {
         return 0;
     }
-    fuzz::processo_novo();
+    fuzz::estado_novo();
     // The first byte says what the other lines of a conversation could have said.
     CHESS_960 = dados[0] % 2;
     OwnBook = dados[0] / 2 % 2;

@@ -71,6 +71,27 @@ class EvalAgainstPlain : public ::testing::Test {
 protected:
     void SetUp() override { processo_novo(); }
 
+    // Calls f with every position until one differs.
+    template <class F>
+    static void em_cada_posicao(F f) {
+        for (const plain::Position& p : posicoes()) {
+            f(p);
+            if (HasFailure()) {
+                return;
+            }
+        }
+    }
+
+    // The position as a leaf under settings, line and kings at random.
+    static void poe_folha_variada(const std::string& fen, Sorte& sorte) {
+        varia_opcoes(sorte);
+        poe_folha(fen);
+        varia_linha(sorte);
+        if (sorte.sim()) {
+            desloca_reis(sorte);
+        }
+    }
+
     static void compara_contagem(const plain::Walk& certo, const std::string& onde) {
         for (const Cor c : cores) {
             EXPECT_TRUE(conta_como(certo.side[c], contagem[c])) << onde << (c == brancas ? " White" : " Black");
@@ -107,31 +128,20 @@ protected:
 TEST_F(EvalAgainstPlain, SetsOutFromAThousandPositionsAndMore) { EXPECT_GE(posicoes().size(), 1500U); }
 
 TEST_F(EvalAgainstPlain, LeavesWithTheSettingsOfTheStart) {
-    for (const plain::Position& p : posicoes()) {
+    em_cada_posicao([](const plain::Position& p) {
         const std::string fen = plain::to_fen(p);
         poe_folha(fen);
         compara_folhas(fen);
-        if (HasFailure()) {
-            return;
-        }
-    }
+    });
 }
 
 TEST_F(EvalAgainstPlain, LeavesWithAllSettingsVaried) {
     Sorte sorte(1);
-    for (const plain::Position& p : posicoes()) {
+    em_cada_posicao([&sorte](const plain::Position& p) {
         const std::string fen = plain::to_fen(p);
-        varia_opcoes(sorte);
-        poe_folha(fen);
-        varia_linha(sorte);
-        if (sorte.sim()) {
-            desloca_reis(sorte);
-        }
+        poe_folha_variada(fen, sorte);
         compara_folhas(fen);
-        if (HasFailure()) {
-            return;
-        }
-    }
+    });
 }
 
 // A leaf is not its root: men, piece material and balance are another position's.
@@ -154,7 +164,7 @@ TEST_F(EvalAgainstPlain, LeavesUnderAnotherRoot) {
 
 TEST_F(EvalAgainstPlain, EveryPhase) {
     Sorte sorte(3);
-    for (const plain::Position& p : posicoes()) {
+    em_cada_posicao([&sorte](const plain::Position& p) {
         poe_folha(plain::to_fen(p));
         npecas = {sorte.ate(9), sorte.ate(9)};
         for (const Cor c : cores) {
@@ -162,10 +172,7 @@ TEST_F(EvalAgainstPlain, EveryPhase) {
             materialmaior[c] = fronteiras.at(static_cast<std::size_t>(sorte.ate(5)));
         }
         compara_folhas(plain::to_fen(p));
-        if (HasFailure()) {
-            return;
-        }
-    }
+    });
 }
 
 // Boards that no game leads to, up to 64 men of any kind with pawns on the last ranks and kings by the dozen: the
@@ -206,19 +213,11 @@ TEST_F(EvalAgainstPlain, BoardsThatNoGameLeadsTo) {
 
 TEST_F(EvalAgainstPlain, BaseValues) {
     Sorte sorte(4);
-    for (const plain::Position& p : posicoes()) {
+    em_cada_posicao([&sorte](const plain::Position& p) {
         const std::string fen = plain::to_fen(p);
-        varia_opcoes(sorte);
-        poe_folha(fen);
-        varia_linha(sorte);
-        if (sorte.sim()) {
-            desloca_reis(sorte);
-        }
+        poe_folha_variada(fen, sorte);
         compara_bases(fen);
-        if (HasFailure()) {
-            return;
-        }
-    }
+    });
 }
 
 TEST_F(EvalAgainstPlain, BalanceOfEitherSide) {

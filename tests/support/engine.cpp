@@ -11,6 +11,7 @@
 #include "search/schedule.h"
 #include "search/score_windows.h"
 #include "search/seams.h"
+#include "support/fresh_state.h"
 #include "uci/command_loop.h"
 #include "uci/options.h"
 #include "uci/position.h"
@@ -29,30 +30,6 @@ std::vector<Filho> ouvidos;
 std::vector<std::size_t> abertos;
 
 Cor lado_a_jogar() { return joga_com_b ? brancas : pretas; }
-
-// The line of the state that tests may have changed and that no reset of a game touches.
-void zera_opcoes() {
-    CPU = 2;
-    deep = deepp = 17;
-    TC = 1;
-    Tu = 3;
-    SEARCH_E = SEARCH_EE = 1;
-    PVS = TURBO = VERTICAL_filt = LMR = 1;
-    Positive_filter = Positive_filterp = 2;
-    Negative_filter = Negative_filterp = 2;
-    positfilter = negatfilter = 100.0F;
-    NULL_MOVE = 2;
-    Temperamento = 3;
-    agres = agresprxrei = 1.0F;
-    agreschrei = 1;
-    empp = -5;
-    matrix = 1;
-    EXTRA_EVAL = EXTRA_EVALL = 1;
-    PM = MOB = MQ = 5.0F;
-    roque_v = 3;
-    extradef = OwnBook = HASH1 = HASHf = FULL_inf = 1;
-    CHESS_960 = 0;
-}
 
 // Collects the moves of the children of ply n that `gerador` would enter, entering none.
 int ply_observada = 0;
@@ -85,24 +62,10 @@ int casa_de(std::string_view nome) { return casa(nome[0] - 'a', nome[1] - '1'); 
 }  // namespace
 
 void processo_novo() {
-    zera_opcoes();
     entra_no_filho = nullptr;
     volta_do_filho = nullptr;
     zera_contadores();
-    limpa_memoria();
-    limpa_tabelas_rasas();
-    nova_partida(brancas);
-    in.clear();
-    inn = {};
-    joga_com_b = 0;
-    tab = {};
-    nb = 0;
-    ddep = 0;
-    tempo = 300000;
-    abcd = {0, 0, 0, 0};
-    A0_D7 = {};
-    extraevalll = 0;
-    deep = deepp;
+    estado_novo();
 }
 
 std::string conversa_crua(std::string_view entrada) {
