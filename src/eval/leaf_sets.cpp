@@ -13,8 +13,6 @@ namespace {
 
 // --- Sums over attacked squares ---
 
-// A weight of each square, summed beforehand for what a man attacks. The sum over a line, from the first man above to
-// the first below, is the difference of two sums from the end of the line; the man's own square is in it.
 constexpr int oposta(int d) {
     for (int o = 0; o < direcoes; ++o) {
         if (passos_da_dama[o].file == -passos_da_dama[d].file && passos_da_dama[o].rank == -passos_da_dama[d].rank) {
@@ -23,6 +21,9 @@ constexpr int oposta(int d) {
     }
     return d;
 }
+
+// A weight of each square, summed beforehand for what a man attacks. The sum over a line, from the first man above to
+// the first below, is the difference of two sums from the end of the line; the man's own square is in it.
 struct SomaDeAtaques {
     bool pronta = false;
     std::array<int, 64> peso;
