@@ -18,6 +18,8 @@ import sys
 import tempfile
 from pathlib import Path
 
+from conversation import adapted_conversation, as_recording, difference, moves_of, options_not_sent
+
 SKIPPED = 77
 MAX_PLIES = 300
 # The only first moves that the engine's own book answers as Black.
@@ -36,6 +38,7 @@ try:
     import gi
     gi.require_version("Gtk", "3.0")
     from gi.repository import GLib
+    from pychess import VERSION
     from pychess.Players import engineNest
     from pychess.Players.Engine import Engine
     from pychess.Players.Player import GameEnded
@@ -86,22 +89,31 @@ class RecordedProcess(SubProcess):
     def moves_sent_by_engine(self):
         return sum(direction == "<" and line.startswith(("bestmove ", "move ")) for direction, line in self.lines)
 
+    def conversation(self):
+        return [f"{direction} {line}" for direction, line in self.lines]
+
     def complaints(self):
         return [line for _, line in self.lines if line.startswith("Illegal")]
 
 
 class RandomMover(Engine):
-    """A player who takes any legal move, at once; the first one from a list, if he is given one."""
+    """A player who takes any legal move, at once; the first one from a list, if he is given one.
 
-    def __init__(self, color, seed, first_moves):
+    With the moves of a whole game he plays his part of that.
+    """
+
+    def __init__(self, color, seed, first_moves, game):
         super().__init__()
         self.color = color
         self.random = random.Random(seed)
         self.first_moves = first_moves
+        self.game = game
         self.setName("Random mover")
 
     async def makeMove(self, board1, move, board2):
         await asyncio.sleep(0)
+        if board1.ply < len(self.game):
+            return parseAny(board1, self.game[board1.ply])
         if self.first_moves and move is None:
             return parseAny(board1, self.random.choice(self.first_moves))
         legal = [m for m in genAllMoves(board1.board) if not board1.board.willLeaveInCheck(m)]
@@ -125,18 +137,25 @@ def run_glib_events(context, loop):
 FIRST_MOVE_DEPTH = 3
 
 
+def engine_options(args):
+    """What the client is to set, by name."""
+    # Without its book the engine searches its first move on a budget of its own, whatever the clock says: the depth
+    # keeps that short.
+    options = {"Own book": str(args.own_book).lower(), "Deep": str(FIRST_MOVE_DEPTH)}
+    return options | dict(option.split("=") for option in args.option)
+
+
 def engine_entry(args, adapter_log):
     """The engine as PyChess's list of engines would hold it."""
     entry = {"name": "Ondrel", "md5": None, "workingDirectory": home, "protocol": "xboard"}
-    # Without its book the engine searches its first move on a budget of its own, whatever the clock says: the depth
-    # keeps that short.
-    own_book = {"options": [{"name": "Own book", "type": "check", "default": None, "value": args.own_book},
-                            {"name": "Deep", "type": "spin", "default": None, "value": FIRST_MOVE_DEPTH}]}
+    options = engine_options(args)
     if args.adapter == "polyglot":
         arguments = ["-noini", "-ec", shlex.quote(args.engine), "-log", "true", "-lf", str(adapter_log)]
-        arguments += ["-uci", f"Own book={str(args.own_book).lower()}", "-uci", f"Deep={FIRST_MOVE_DEPTH}"]
+        for name, value in options.items():
+            arguments += ["-uci", f"{name}={value}"]
         return entry | {"command": args.adapter_path, "args": arguments}
-    return entry | own_book | {"protocol": "uci", "command": args.engine}
+    entries = [{"name": name, "type": "string", "default": None, "value": value} for name, value in options.items()]
+    return entry | {"protocol": "uci", "command": args.engine, "options": entries}
 
 
 def sides(model):
@@ -148,13 +167,14 @@ def sides(model):
 
 async def play(args, number, color, position, log):
     """One game; returns what went wrong, or None."""
-    model = GameModel(TimeModel(args.clock, 0))
+    model = GameModel(TimeModel(args.clock, args.gain))
     adapter_log = log.with_suffix(f".{args.adapter}.log")
     adapter_log.unlink(missing_ok=True)  # Polyglot appends to it
     entry = engine_entry(args, adapter_log)
-    engine = await engineNest.discoverer.initPlayerEngine(entry, color, 20, NormalBoard, args.clock, 0)
+    engine = await engineNest.discoverer.initPlayerEngine(entry, color, 20, NormalBoard, args.clock, args.gain)
     first_moves = BOOK_FIRST_MOVES if args.own_book and color == BLACK and not position else ()
-    opponent = RandomMover(1 - color, args.seed + number, first_moves)
+    game = moves_of(args.expected) if args.expected else []
+    opponent = RandomMover(1 - color, args.seed + number, first_moves, game)
     ended = asyncio.get_running_loop().create_future()
     model.connect("game_ended", lambda _, reason: ended.done() or ended.set_result(reason))
     model.connect("game_changed", lambda _, ply: len(model.moves) >= MAX_PLIES and model.end(DRAW, DRAW_ADJUDICATION))
@@ -165,7 +185,7 @@ async def play(args, number, color, position, log):
     else:
         model.start()
     try:
-        reason = await asyncio.wait_for(ended, 2 * args.clock + 10)
+        reason = await asyncio.wait_for(ended, min(2 * args.clock, 40) + 10)
     except asyncio.TimeoutError:
         reason = None
 
@@ -186,6 +206,13 @@ async def play(args, number, color, position, log):
         wrong = f"{engine_process.moves_sent_by_engine()} replies to {len(own_moves)} questions"
     elif engine_process.complaints():
         wrong = "; ".join(engine_process.complaints())
+    conversation = adapted_conversation(adapter_log) if args.adapter else engine_process.conversation()
+    log.with_suffix(".txt").write_text("".join(line + "\n" for line in as_recording(conversation)))
+    wrong = wrong or "; ".join(options_not_sent(engine_options(args), conversation))
+    if args.expected and VERSION != args.recorded_with:
+        print(f"not compared with a recording of PyChess {args.recorded_with}: this is {VERSION}")
+    elif args.expected:
+        wrong = wrong or difference(conversation, args.expected)
     model.terminate()
     engine_process.proc.stdin.close()  # an adapter may not heed the signal that PyChess sends
     try:
@@ -231,6 +258,10 @@ def main():
     parser.add_argument("--positions", help="file of positions to start from, one FEN a line")
     parser.add_argument("--games", type=int, default=1, help="games from each position")
     parser.add_argument("--clock", type=int, default=5, help="seconds for the whole game")
+    parser.add_argument("--gain", type=int, default=0, help="seconds more for each move")
+    parser.add_argument("--option", action="append", default=[], help="an option of the engine to set, as name=value")
+    parser.add_argument("--expected", help="the conversation that the game must repeat")
+    parser.add_argument("--recorded-with", help="the version of PyChess that it is of")
     parser.add_argument("--seed", type=int, default=1)
     args = parser.parse_args()
     args.engine = os.path.abspath(args.engine)
