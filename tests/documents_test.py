@@ -285,6 +285,8 @@ class Commands:
             "build/release/ondrel-bench": self.bench_usage,
             "build/release/ondrel-bench quick": self.bench_usage,
             "Bench: <nodes> <checksum>": self.bench_signature,
+            "tools/clock_table.py build/release/ondrel": self.clock_table,
+            "tools/clock_table.py build/release/ondrel --quick": self.clock_table,
             "build/fuzz/<target> fuzz/corpus/<target>": self.fuzz_targets,
             "build/fuzz/<target> build/fuzz/corpus/<target> fuzz/corpus/<target>": self.fuzz_targets,
             "build/clang-release/ondrel_bench --benchmark_filter=<pattern>": self.benchmarks,
@@ -429,6 +431,14 @@ class Commands:
         form = command.replace("<nodes>", r"\d+").replace("<checksum>", r"[0-9a-f]{16}")
         kept = (self.source / "tests/data/bench-signature.txt").read_text().splitlines()[0]
         self.expect(re.fullmatch(form, kept), kept, "is not of the form", command)
+
+    def clock_table(self, command):
+        program, engine, *options = command.split()
+        usage = self.output_of(program, "--help")
+        self.expect(all(f"[{option}]" in usage for option in options), "not in its usage:", options)
+        # The whole table takes a while; clock.table is the quick one.
+        said = self.output_of(program, engine, "--searches", "2", "--longest", "9")
+        self.expect(said.endswith("2 searches, 2 positions: 2 held, 0 did not\n"), said)
 
     def fuzz_targets(self, command):
         text = (self.source / "CONTRIBUTING.md").read_text()
