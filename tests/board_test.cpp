@@ -175,8 +175,8 @@ TEST_F(Board, ASearchLeavesTheRootAsItWas) {
         deep = 3;
         const Tabuleiro antes = tab;
         const Bandeiras bandeiras = jm;
-        const auto somas = material_a;
-        const auto maiores = materialmaior;
+        const auto somas_antes = material_a;
+        const auto maiores_antes = materialmaior;
         const auto homens_antes = npecas;
         const auto homens_dp = npecas_dp;
         sem_relato([c] { busca_na_raiz(c); });
@@ -186,8 +186,8 @@ TEST_F(Board, ASearchLeavesTheRootAsItWas) {
         EXPECT_EQ(jm.T_a_jm, bandeiras.T_a_jm);
         EXPECT_EQ(jm.T_h_jm, bandeiras.T_h_jm);
         EXPECT_EQ(jm.p_ah, bandeiras.p_ah);
-        EXPECT_EQ(material_a, somas);
-        EXPECT_EQ(materialmaior, maiores);
+        EXPECT_EQ(material_a, somas_antes);
+        EXPECT_EQ(materialmaior, maiores_antes);
         EXPECT_EQ(npecas, homens_antes);
         EXPECT_EQ(npecas_dp, homens_dp);
     }

@@ -357,9 +357,8 @@ TEST_F(MateAndStalemate, IllegalRepliesAreNone) {
 // X_D alone does not tell mate: children that were entered have moved nd on.
 TEST_F(MateAndStalemate, RepliesThatImproveNothingAreStillReplies) {
     for (const bool em_xeque : {false, true}) {
-        const char* fen = em_xeque ? "4k3/8/8/8/8/8/8/R3K3 w - - 0 1" : "4k3/8/8/8/8/8/8/R3K3 w - - 0 1";
         for (const int n : {2, 3, 6, 9, 12}) {
-            monta_ply(n - 1, fen);
+            monta_ply(n - 1, "4k3/8/8/8/8/8/8/R3K3 w - - 0 1");
             emp = -7;
             const Filhos entrados(n, [n](Lance) { nd = n + 1; });
             const float v = busca_no(n, lance(em_xeque ? "a1a8" : "a1a2"));

@@ -278,8 +278,10 @@ class Commands:
             "cmake --preset fuzz && cmake --build --preset fuzz": self.presets,
             "cmake --preset release && cmake --build --preset release": self.presets,
             "cmake --preset release -DONDREL_CHECKED=ON": self.presets,
+            "cmake --preset coverage && cmake --build --preset coverage && ctest --preset coverage": self.presets,
             "ctest --preset fuzz": self.presets,
             "ctest --preset release -LE client": self.list_tests,
+            "gcovr": self.report_of_coverage,
             "cmake --install build/release --prefix /usr/local": self.install,
             "cpack --config build/release/CPackConfig.cmake -B build/packages": self.pack,
             "build/release/ondrel-bench": self.bench_usage,
@@ -357,15 +359,16 @@ class Commands:
             for script in ("test", "tools", ".ci"):
                 copy = shutil.copytree if (self.source / script).is_dir() else shutil.copy
                 copy(self.source / script, tree / script)
-            for directory in ("build", "src", "fuzz", "programs"):
-                (tree / directory).mkdir()
-            for file in ("src/a.cpp", "fuzz/a.cpp"):
+            game = "tests/data/recordings/game-to-mate.txt"
+            for file in ("build/check.log", "src/a.cpp", "fuzz/a.cpp", game):
+                (tree / file).parent.mkdir(parents=True, exist_ok=True)
                 (tree / file).touch()
+            (tree / "programs").mkdir()
             stand_in = tree / "programs/stand-in"
             stand_in.write_text(STAND_IN)
             stand_in.chmod(0o755)
             for program in ("cmake", "ctest", "ninja", "c++", "clang++", "clang-format", "clang-tidy",
-                            "run-clang-tidy"):
+                            "run-clang-tidy", "cppcheck", "valgrind"):
                 (tree / "programs" / program).symlink_to(stand_in)
             calls = tree / "calls"
             environment = {"PATH": f"{tree / 'programs'}:{self.environment['PATH']}", "CALLS": str(calls)}
@@ -378,7 +381,8 @@ class Commands:
         for tool in ("cmake --preset", "cmake --build --preset", "ctest --preset"):
             self.expect(re.findall(f"^{tool} (\\S+)", called, flags=re.MULTILINE) == presets, called)
         self.expect(set(presets) <= self.listed("configure"), "no such presets:", presets)
-        for tool, wanted in (("clang-format", command != "./test"), ("run-clang-tidy", command == "./test --full")):
+        for tool, wanted in (("clang-format", command != "./test"), ("run-clang-tidy", command != "./test"),
+                             ("cppcheck", command != "./test"), ("valgrind", command == "./test --full")):
             self.expect(wanted == (f"\n{tool} " in called), tool, "was called or not, otherwise than is written")
 
     # --- CMake, CTest, CPack ---
@@ -447,6 +451,23 @@ class Commands:
         self.expect(sorted(named) == targets, "targets:", targets)
         for target in targets:
             self.expect(any((self.source / "fuzz/corpus" / target).iterdir()), "no seeds for", target)
+
+    def report_of_coverage(self, command):
+        """Tries the settings, but for what has been measured, on a place without measurements."""
+        settings = (self.source / "gcovr.cfg").read_text()
+        preset = re.search(r"^search-path = build/(\S+)\n", settings, flags=re.MULTILINE)
+        place = re.search(r"^filter = (\S+)", settings, flags=re.MULTILINE)[1]
+        self.expect(preset[1] in self.listed("configure"), "no such preset:", preset[1])
+        self.expect((self.source / place).is_dir(), "no directory", place)
+        if not shutil.which("gcovr"):
+            print("not called, since there is no gcovr:", command)
+            return
+        unmeasured = self.scratch / "unmeasured"
+        unmeasured.mkdir()
+        rest = unmeasured / "gcovr.cfg"
+        rest.write_text(settings.replace(preset[0], ""))
+        output = self.output_of(command, "--config", str(rest), "--root", str(self.source), str(unmeasured))
+        self.expect("GCC Code Coverage Report" in output, output)
 
     def benchmarks(self, command):
         place, preset, target = re.match(r"(build/([\w-]+)/(\w+)) ", command).groups()

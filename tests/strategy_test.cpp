@@ -383,7 +383,7 @@ TEST_P(KingEnding, ChoosesTheKingsTable) {
         // d2: own pawn f3 at 4 + 1, the enemy's c5 at 1 + 9, his king g4 at 9 + 4.
         const int peao_proprio = 75 / 7;
         const int peao_inimigo = 75 / 12;
-        const int rei = 15 / 15;
+        const int rei = 15 / 15;  // cppcheck-suppress duplicateExpression; 2 + 9 + 4 happens to be fifteen
         const int final = 500 / (1 + 4 + 2);
         switch (x.conta) {
             case Conta::nada: EXPECT_EQ(MATRIZ, 0); break;

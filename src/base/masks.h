@@ -172,13 +172,13 @@ inline int primeiro_no_raio(int d, Mascara homens_no_raio) {
 // How many squares of a ray are empty before its first man.
 inline int livres_no_raio(int i, int d, Mascara ocupadas) {
     const Mascara raio = raios[d][i];
-    const Mascara homens = raio & ocupadas;
-    if (homens == 0) {
+    const Mascara no_raio = raio & ocupadas;
+    if (no_raio == 0) {
         return std::popcount(raio);
     }
     // Along a ray that rises the squares before the first man lie under its bit, along one that falls above it.
-    const Mascara abaixo = (homens & (0 - homens)) - 1;
-    const Mascara acima = ~Mascara{0} << 1U << static_cast<unsigned>(ultima_casa(homens));
+    const Mascara abaixo = (no_raio & (0 - no_raio)) - 1;
+    const Mascara acima = ~Mascara{0} << 1U << static_cast<unsigned>(ultima_casa(no_raio));
     return std::popcount(raio & (direcao_sobe(d) ? abaixo : acima));
 }
 
@@ -208,16 +208,16 @@ inline Mascara atacantes(const Mascaras& m, Cor c, int i, Mascara ocupadas) {
 // Whether a man of the other colour attacks a square of c: casa_atacada, asked in sets.
 inline bool atacada(const Mascaras& m, Cor c, int i, Mascara ocupadas) {
     const Cor inimiga = outra(c);
-    const Mascara perto = (saltos_de_peao[c][i].casas & m.tipo[tipo_de(peao)]) |
-                          (saltos_de_cavalo[i].casas & m.tipo[tipo_de(cavalo)]) |
-                          (saltos_de_rei[i].casas & m.tipo[tipo_de(rei)]);
-    if ((perto & m.cor[inimiga]) != 0) {
+    const Mascara de_perto = (saltos_de_peao[c][i].casas & m.tipo[tipo_de(peao)]) |
+                             (saltos_de_cavalo[i].casas & m.tipo[tipo_de(cavalo)]) |
+                             (saltos_de_rei[i].casas & m.tipo[tipo_de(rei)]);
+    if ((de_perto & m.cor[inimiga]) != 0) {
         return true;
     }
-    Mascara longe = m.cor[inimiga] & (((m.tipo[tipo_de(torre)] | m.tipo[tipo_de(dama)]) & cruz[i]) |
-                                      ((m.tipo[tipo_de(bispo)] | m.tipo[tipo_de(dama)]) & xis[i]));
-    for (; longe != 0; longe &= longe - 1) {
-        if ((entre(i, primeira_casa(longe)) & ocupadas) == 0) {
+    Mascara de_longe = m.cor[inimiga] & (((m.tipo[tipo_de(torre)] | m.tipo[tipo_de(dama)]) & cruz[i]) |
+                                         ((m.tipo[tipo_de(bispo)] | m.tipo[tipo_de(dama)]) & xis[i]));
+    for (; de_longe != 0; de_longe &= de_longe - 1) {
+        if ((entre(i, primeira_casa(de_longe)) & ocupadas) == 0) {
             return true;
         }
     }

@@ -68,6 +68,7 @@ inline Mascaras mascaras_do_ensaio(int n, Lance m) {
 template <Cor c>
 class EnsaioDoRoque {
 public:
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): ensaio_ is filled only where it is lent
     explicit EnsaioDoRoque(int n) : n_(n) {
         if (ply[n - 1].tabd[casa(4, fila(c, 0))] != codigo(c, rei)) {
             ensaio_ = tab2;

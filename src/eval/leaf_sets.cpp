@@ -14,9 +14,9 @@ namespace {
 // --- Sums over attacked squares ---
 
 constexpr int oposta(int d) {
-    for (int o = 0; o < direcoes; ++o) {
-        if (passos_da_dama[o].file == -passos_da_dama[d].file && passos_da_dama[o].rank == -passos_da_dama[d].rank) {
-            return o;
+    for (int k = 0; k < direcoes; ++k) {
+        if (passos_da_dama[k].file == -passos_da_dama[d].file && passos_da_dama[k].rank == -passos_da_dama[d].rank) {
+            return k;
         }
     }
     return d;
@@ -26,10 +26,11 @@ constexpr int oposta(int d) {
 // the first below, is the difference of two sums from the end of the line; the man's own square is in it.
 struct SomaDeAtaques {
     bool pronta = false;
-    std::array<int, 64> peso;
-    std::array<std::array<int, 64>, direcoes> ate;  // by direction and last square as seen: one of the two sums, signed
-    std::array<int, 64> cavalo, rei;
-    std::array<std::array<int, 64>, 2> peao;
+    std::array<int, 64> peso{};
+    // By direction and last square as seen: one of the two sums, signed.
+    std::array<std::array<int, 64>, direcoes> ate{};
+    std::array<int, 64> cavalo{}, rei{};
+    std::array<std::array<int, 64>, 2> peao{};
 };
 
 std::array<SomaDeAtaques, 64> perto_do_rei;  // 1/d to a king on the square
@@ -362,8 +363,9 @@ int soma_das_filas(Cor c, Mascara homens) {
     constexpr Mascara um = 0xAAAAAAAAAAAAAAAAU;
     constexpr Mascara dois = 0xCCCCCCCCCCCCCCCCU;
     constexpr Mascara quatro = 0xF0F0F0F0F0F0F0F0U;
-    const int soma = std::popcount(homens & um) + 2 * std::popcount(homens & dois) + 4 * std::popcount(homens & quatro);
-    return c == brancas ? soma + std::popcount(homens) : 8 * std::popcount(homens) - soma;
+    const int filas =
+        std::popcount(homens & um) + 2 * std::popcount(homens & dois) + 4 * std::popcount(homens & quatro);
+    return c == brancas ? filas + std::popcount(homens) : 8 * std::popcount(homens) - filas;
 }
 
 void mede_caixa(Contagem& eu, Mascara peoes_e_rei) {

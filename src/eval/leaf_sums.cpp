@@ -70,7 +70,7 @@ std::array<std::array<std::uint8_t, mais_marcas>, 2> marcas;
 
 // The counters of one colour while the walk runs.
 struct Lado {
-    std::uint8_t* fim;  // of the colour's squares in `marcas`
+    std::uint8_t* fim = nullptr;  // of the colour's squares in `marcas`
     float posicao = 0;
 
     void soma_inteiro(int x) { posicao += static_cast<float>(x); }  // a float and an integer: one rounding either way
@@ -80,8 +80,8 @@ struct Lado {
 struct Folha_em_exame {
     const Tabuleiro& t;
     const Mascaras& m;
-    Ocupadas ocupadas;
-    std::array<int, 2> rei_em;  // the kings as the last tests left them
+    Ocupadas ocupadas{};
+    std::array<int, 2> rei_em{};  // the kings as the last tests left them
     std::array<Lado, 2> lado{{{marcas[brancas].data()}, {marcas[pretas].data()}}};
 };
 
@@ -321,11 +321,11 @@ using DoisReais = float __attribute__((vector_size(8)));
 
 // One colour's chains: they are long, and run beside those of the other colour.
 struct Cadeia {
-    const std::uint8_t* proxima;
-    const std::uint8_t* fim;
-    const double* ao_inimigo;  // shares by square, to the enemy king
-    const double* ao_proprio;  // and to the own
-    DoisDuplos rei{0, 0};      // atack_ksf, defesa_ksf
+    const std::uint8_t* proxima = nullptr;
+    const std::uint8_t* fim = nullptr;
+    const double* ao_inimigo = nullptr;  // shares by square, to the enemy king
+    const double* ao_proprio = nullptr;  // and to the own
+    DoisDuplos rei{0, 0};                // atack_ksf, defesa_ksf
     float centro = 0;
 
     void soma_uma() {

@@ -22,8 +22,8 @@ struct Pesos {
     std::array<bool, 2> final_para{};  // the enemy of this colour is down to a queen or less
     std::array<bool, 2> inimigo_sem_homens{};
     // Terms by the nearness of the enemy king, by Cor, and by the square.
-    std::array<PorProximidade, 2> cavalo, torre, dama, rei;
-    PorCasa centro_do_cavalo, centro_da_dama, centro_do_rei;
+    std::array<PorProximidade, 2> cavalo{}, torre{}, dama{}, rei{};
+    PorCasa centro_do_cavalo{}, centro_da_dama{}, centro_do_rei{};
     int bispo_na_diagonal = 0;
 };
 

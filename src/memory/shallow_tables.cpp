@@ -28,11 +28,11 @@ constexpr std::int16_t nenhum = -1;
 // A ring of records with an index over them. Records of one drawer are chained by rising number, so that the first
 // match of a walk is the lowest.
 struct Tabela {
-    std::array<Chave, registros_rasos> chave;
-    std::array<float, registros_rasos> valor;
-    std::array<std::int16_t, registros_rasos> proximo;
-    std::array<std::int16_t, registros_rasos> gaveta_de;  // the drawer a record is chained in, nenhum if in none
-    std::array<std::int16_t, gavetas> primeiro;
+    std::array<Chave, registros_rasos> chave{};
+    std::array<float, registros_rasos> valor{};
+    std::array<std::int16_t, registros_rasos> proximo{};
+    std::array<std::int16_t, registros_rasos> gaveta_de{};  // the drawer a record is chained in, nenhum if in none
+    std::array<std::int16_t, gavetas> primeiro{};
     int usados = 0;       // records ever written since the table was emptied
     bool pronta = false;  // the index has been laid out
 };
@@ -102,7 +102,7 @@ void liga(Tabela& t, std::int16_t i) {
 }  // namespace
 
 void hash_table_scan(int n, Cor c) {
-    Tabela& t = tabela(n, c);
+    const Tabela& t = tabela(n, c);
     const Chave k = chave_do_no(n);
     for (std::int16_t i = t.primeiro[gaveta(k)]; i != nenhum; i = t.proximo[i]) {
         if (t.chave[i] == k) {

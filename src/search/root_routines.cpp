@@ -172,7 +172,8 @@ bool aos_saltos(const Visita& v, std::span<const Passo> saltos) {
 template <Cor c>
 void nos_raios(const Visita& v, std::span<const Passo> raios) {
     for (const Passo s : raios) {
-        for (Lance m{v.f, v.r, v.f + s.file, v.r + s.rank}; no_tabuleiro(m.c, m.d); m.c += s.file, m.d += s.rank) {
+        Lance m{v.f, v.r, v.f + s.file, v.r + s.rank};
+        for (; no_tabuleiro(m.c, m.d); m.c += s.file, m.d += s.rank) {
             const int x = tab[m.destino()];
             if (cabe<c>(v, x) && candidato<c>(v, m)) {
                 return;

@@ -11,7 +11,9 @@ namespace teste {
 
 // A line for the engine; `antes` runs when the engine asks for it, with all before it done.
 struct Fala {
+    // cppcheck-suppress noExplicitConstructor; a text is a line
     Fala(const char* texto) : linha(texto) {}
+    // cppcheck-suppress noExplicitConstructor; a text is a line
     Fala(std::string texto) : linha(std::move(texto)) {}
     Fala(std::string texto, std::function<void()> olha) : linha(std::move(texto)), antes(std::move(olha)) {}
 

@@ -30,9 +30,9 @@ int quantos(const Textos& lista, std::string_view lance) {
 
 Textos da_casa(const Textos& lista, std::string_view casa) {
     Textos t;
-    for (const std::string& lance : lista) {
-        if (lance.starts_with(casa)) {
-            t.push_back(lance);
+    for (const std::string& x : lista) {
+        if (x.starts_with(casa)) {
+            t.push_back(x);
         }
     }
     return t;
@@ -60,8 +60,8 @@ std::string espelhado(std::string_view casas) {
 
 Textos espelhados(const Textos& lances) {
     Textos t;
-    for (const std::string& lance : lances) {
-        t.push_back(espelhado(lance));
+    for (const std::string& x : lances) {
+        t.push_back(espelhado(x));
     }
     return t;
 }
