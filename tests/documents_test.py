@@ -376,7 +376,7 @@ class Commands:
                                     f'cd "{tree}" && {command}')
             called = calls.read_text()
         self.expect(re.search(r"^[1-9]\d* passed, 0 failed\n\Z", output, flags=re.MULTILINE), output)
-        presets = {"./test": ["release"], ".ci/run": ["release", "clang-release", "clang-asan"],
+        presets = {"./test": ["release"], ".ci/run": ["release", "clang-release", "clang-asan", "fuzz"],
                    "./test --full": ["release", "clang-release", "clang-asan", "fuzz"]}[command]
         for tool in ("cmake --preset", "cmake --build --preset", "ctest --preset"):
             self.expect(re.findall(f"^{tool} (\\S+)", called, flags=re.MULTILINE) == presets, called)
@@ -447,7 +447,7 @@ class Commands:
     def fuzz_targets(self, command):
         text = (self.source / "CONTRIBUTING.md").read_text()
         named = re.findall(r"`(\w+)`", re.search(r"with a target of (.*?)\. ", text, flags=re.DOTALL)[1])
-        targets = sorted(path.stem for path in self.source.glob("fuzz/*.cpp"))
+        targets = sorted(path.stem for path in self.source.glob("fuzz/*_fuzz.cpp"))
         self.expect(sorted(named) == targets, "targets:", targets)
         for target in targets:
             self.expect(any((self.source / "fuzz/corpus" / target).iterdir()), "no seeds for", target)
