@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
 #include <string>
 #include <vector>
 
@@ -18,47 +17,6 @@ using namespace ondrel;
 using namespace teste;
 
 constexpr std::array<Cor, 2> cores{brancas, pretas};
-
-// Draws that are the same everywhere: the engine of the library, no distribution of it.
-class Sorte {
-public:
-    explicit Sorte(std::uint32_t semente) : gerador_(semente) {}
-    int ate(int n) { return static_cast<int>(gerador_() % static_cast<std::uint32_t>(n)); }
-    bool sim() { return ate(2) != 0; }
-
-private:
-    std::mt19937 gerador_;
-};
-
-// A digit of an option from 0 to 9; the last step is 9 or 10.
-float degrau(Sorte& sorte, float ultimo) {
-    const int d = sorte.ate(10);
-    return d == 9 ? ultimo : static_cast<float>(d);
-}
-
-void varia_opcoes(Sorte& sorte) {
-    agres = degrau(sorte, 9);
-    agresprxrei = degrau(sorte, 9);
-    MOB = degrau(sorte, 10);
-    PM = degrau(sorte, 10);
-    roque_v = static_cast<int>(degrau(sorte, 10));
-    agreschrei = static_cast<int>(degrau(sorte, 10));
-    matrix = sorte.ate(2);
-}
-
-void varia_linha(Sorte& sorte) {
-    roque = {sorte.sim() ? sorte.ate(4) : 0, sorte.sim() ? sorte.ate(4) : 0};
-    extraevalll = static_cast<float>(sorte.ate(2000) - 1000) / 700.0F;
-    regimen = static_cast<float>(sorte.ate(4000) - 2000) / 130.0F;
-}
-
-// The kings are where the last test of a king found them, which need not be on this board.
-void desloca_reis(Sorte& sorte) {
-    for (const Cor c : cores) {
-        p_x_R[c] = sorte.ate(8);
-        p_y_R[c] = sorte.ate(8);
-    }
-}
 
 std::vector<plain::Position> posicoes() {
     std::vector<plain::Position> todas = plain::data_positions("positions.fen");
@@ -173,24 +131,6 @@ TEST_F(EvalAgainstPlain, EveryPhase) {
         }
         compara_folhas(plain::to_fen(p));
     });
-}
-
-// Boards that no game leads to, up to 64 men of any kind with pawns on the last ranks and kings by the dozen: the
-// counters go as far as they can.
-void enche(Sorte& sorte) {
-    constexpr std::array<Peca, 6> tipos{peao, cavalo, bispo, torre, dama, rei};
-    const int densidade = sorte.ate(9);
-    const int so_de = sorte.ate(12);  // some boards hold one kind alone
-    tab2 = {};
-    for (auto& x : tab2) {
-        if (sorte.ate(8) < densidade) {
-            const Peca tipo = tipos.at(static_cast<std::size_t>(so_de < 6 ? so_de : sorte.ate(6)));
-            x = static_cast<std::int8_t>(codigo(sorte.sim() ? brancas : pretas, tipo));
-        }
-    }
-    // The box of a colour is that of its pawns and kings: one king each there is.
-    tab2.at(static_cast<std::size_t>(sorte.ate(32))) = rei;
-    tab2.at(static_cast<std::size_t>(32 + sorte.ate(32))) = -rei;
 }
 
 TEST_F(EvalAgainstPlain, BoardsThatNoGameLeadsTo) {

@@ -269,6 +269,7 @@ TEST_F(ShallowPlies, ARepetitionAtPlyTwoIsADrawBeforeNullMoveMemoryAndSearch) {
     ply[1] = ply[0];
     ply[1].tabd[lance("g1f3").destino()] = cavalo;
     ply[1].tabd[lance("g1f3").origem()] = vazia;
+    ply[1].mascaras = mascaras_de(ply[1].tabd);
     ply[1].joga_com_b_deep = 0;
     const Roteiro children([](const Chamada&) { return std::optional(0.0F); });
     EXPECT_EQ(busca_no(2, lance("g8f6")), -13.0F);

@@ -215,6 +215,7 @@ float valor_da_resposta(std::string_view linha, std::string_view raiz, std::stri
     beta.fill(inicio_beta);
     ply[1] = ply[0];
     c == brancas ? init_tabuleiro_ply<brancas>(ply[1], lance(raiz)) : init_tabuleiro_ply<pretas>(ply[1], lance(raiz));
+    ply[1].mascaras = mascaras_de(ply[1].tabd);
     ply[1].joga_com_b_deep = c == brancas ? 0 : 1;
     const Filhos filhos(2, [](Lance) { valor_do_filho(2) = 3.0F; });
     return busca_no(2, lance(resposta));

@@ -122,6 +122,23 @@ void julga_a_folha(const Tabuleiro& t, const Mascaras& m) {
     afina_a_folha<own, stm>(t, m);
 }
 
+#if ONDREL_CHECKED
+template <Cor own, Cor stm>
+void prova_a_estimativa(const Tabuleiro& t, const Mascaras& m) {
+    const std::array<Contagem, 2> estimadas = contagem;
+    const float estimativa = extraeval;
+    afina_a_folha<own, stm>(t, m);
+    assert(std::abs(extraeval - estimativa) <= folga_da_estimativa);
+    contagem = estimadas;
+    extraeval = estimativa;
+}
+
+template void prova_a_estimativa<brancas, brancas>(const Tabuleiro& t, const Mascaras& m);
+template void prova_a_estimativa<brancas, pretas>(const Tabuleiro& t, const Mascaras& m);
+template void prova_a_estimativa<pretas, brancas>(const Tabuleiro& t, const Mascaras& m);
+template void prova_a_estimativa<pretas, pretas>(const Tabuleiro& t, const Mascaras& m);
+#endif
+
 template bool estima_a_folha<brancas, brancas>(const Mascaras& m);
 template bool estima_a_folha<brancas, pretas>(const Mascaras& m);
 template bool estima_a_folha<pretas, brancas>(const Mascaras& m);

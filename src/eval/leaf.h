@@ -28,4 +28,10 @@ bool estima_a_folha(const Mascaras& m);
 template <Cor own, Cor stm>
 void afina_a_folha(const Tabuleiro& t, const Mascaras& m);
 
+#if ONDREL_CHECKED
+// Holds the estimate that was the last call here against the judgement, and leaves everything as the estimate did.
+template <Cor own, Cor stm>
+void prova_a_estimativa(const Tabuleiro& t, const Mascaras& m);
+#endif
+
 }  // namespace ondrel

@@ -107,6 +107,12 @@ inline void folha(P n, Lance m) {
         faz_ensaio<c>(n, m);
         afina_a_folha<raiz, outra(c)>(tab2, posicao);
     }
+#if ONDREL_CHECKED
+    else {
+        faz_ensaio<c>(n, m);
+        prova_a_estimativa<raiz, outra(c)>(tab2, posicao);
+    }
+#endif
     if (P::par && deep > ddep) {
         ddep = deep;
     }

@@ -134,40 +134,108 @@ bool mesmos_bits(float a, float b) {
     return std::bit_cast<std::uint32_t>(a) == std::bit_cast<std::uint32_t>(b);
 }
 
-::testing::AssertionResult conta_como(const plain::SideCounts& certo, const Contagem& contado) {
-    ::testing::AssertionResult diferencas = ::testing::AssertionFailure();
-    bool iguais = true;
-    const auto compara = [&](const char* nome, auto a, auto b, bool bate) {
-        if (!bate) {
-            iguais = false;
-            diferencas << nome << ": " << ::testing::PrintToString(b) << " for " << ::testing::PrintToString(a) << "; ";
+namespace {
+
+// What differs, told one after the other.
+class Comparacao {
+public:
+    void real(const char* nome, float a, float b) { compara(nome, a, b, mesmos_bits(a, b)); }
+    void inteiro(const char* nome, int a, int b) { compara(nome, a, b, a == b); }
+    void inteiros(const plain::SideCounts& certo, const Contagem& contado) {
+        inteiro("mobilidade", certo.mobilidade, contado.mobilidade);
+        inteiro("alvos", certo.alvos, contado.alvos);
+        inteiro("apoios", certo.apoios, contado.apoios);
+        inteiro("pecas", certo.pecas, contado.pecas);
+        inteiro("peoes", certo.peoes, contado.peoes);
+        inteiro("pontos", certo.pontos, contado.pontos);
+        inteiro("avanco", certo.avanco, contado.avanco);
+        inteiro("abrigo", certo.abrigo, contado.abrigo);
+        if (certo.highest_file >= 0) {
+            inteiro("menor_file", certo.lowest_file, contado.menor_file);
+            inteiro("maior_file", certo.highest_file, contado.maior_file);
+            inteiro("menor_rank", certo.lowest_rank, contado.menor_rank);
+            inteiro("maior_rank", certo.highest_rank, contado.maior_rank);
+            inteiro("caixa", certo.caixa, contado.caixa());
         }
-    };
-    const auto real = [&](const char* nome, float a, float b) { compara(nome, a, b, mesmos_bits(a, b)); };
-    const auto inteiro = [&](const char* nome, int a, int b) { compara(nome, a, b, a == b); };
-    real("posicao", certo.posicao, contado.posicao);
-    real("centro", certo.centro, contado.centro);
-    real("atack_ksf", certo.atack_ksf, contado.atack_ksf);
-    real("defesa_ksf", certo.defesa_ksf, contado.defesa_ksf);
-    inteiro("mobilidade", certo.mobilidade, contado.mobilidade);
-    inteiro("alvos", certo.alvos, contado.alvos);
-    inteiro("apoios", certo.apoios, contado.apoios);
-    inteiro("pecas", certo.pecas, contado.pecas);
-    inteiro("peoes", certo.peoes, contado.peoes);
-    inteiro("pontos", certo.pontos, contado.pontos);
-    inteiro("avanco", certo.avanco, contado.avanco);
-    inteiro("abrigo", certo.abrigo, contado.abrigo);
-    if (certo.highest_file >= 0) {
-        inteiro("menor_file", certo.lowest_file, contado.menor_file);
-        inteiro("maior_file", certo.highest_file, contado.maior_file);
-        inteiro("menor_rank", certo.lowest_rank, contado.menor_rank);
-        inteiro("maior_rank", certo.highest_rank, contado.maior_rank);
-        inteiro("caixa", certo.caixa, contado.caixa());
     }
-    if (iguais) {
-        return ::testing::AssertionSuccess();
+    [[nodiscard]] ::testing::AssertionResult resultado() const {
+        return iguais_ ? ::testing::AssertionSuccess() : diferencas_;
     }
-    return diferencas;
+
+private:
+    bool iguais_ = true;
+    ::testing::AssertionResult diferencas_ = ::testing::AssertionFailure();
+
+    template <class T>
+    void compara(const char* nome, T a, T b, bool bate) {
+        if (!bate) {
+            iguais_ = false;
+            diferencas_ << nome << ": " << ::testing::PrintToString(b) << " for " << ::testing::PrintToString(a)
+                        << "; ";
+        }
+    }
+};
+
+}  // namespace
+
+::testing::AssertionResult conta_como(const plain::SideCounts& certo, const Contagem& contado) {
+    Comparacao x;
+    x.real("posicao", certo.posicao, contado.posicao);
+    x.real("centro", certo.centro, contado.centro);
+    x.real("atack_ksf", certo.atack_ksf, contado.atack_ksf);
+    x.real("defesa_ksf", certo.defesa_ksf, contado.defesa_ksf);
+    x.inteiros(certo, contado);
+    return x.resultado();
+}
+
+::testing::AssertionResult conta_inteiros_como(const plain::SideCounts& certo, const Contagem& contado) {
+    Comparacao x;
+    x.inteiros(certo, contado);
+    return x.resultado();
+}
+
+float degrau(Sorte& sorte, float ultimo) {
+    const int d = sorte.ate(10);
+    return d == 9 ? ultimo : static_cast<float>(d);
+}
+
+void varia_opcoes(Sorte& sorte) {
+    agres = degrau(sorte, 9);
+    agresprxrei = degrau(sorte, 9);
+    MOB = degrau(sorte, 10);
+    PM = degrau(sorte, 10);
+    roque_v = static_cast<int>(degrau(sorte, 10));
+    agreschrei = static_cast<int>(degrau(sorte, 10));
+    matrix = sorte.ate(2);
+}
+
+void varia_linha(Sorte& sorte) {
+    roque = {sorte.sim() ? sorte.ate(4) : 0, sorte.sim() ? sorte.ate(4) : 0};
+    extraevalll = static_cast<float>(sorte.ate(2000) - 1000) / 700.0F;
+    regimen = static_cast<float>(sorte.ate(4000) - 2000) / 130.0F;
+}
+
+void desloca_reis(Sorte& sorte) {
+    for (const Cor c : {brancas, pretas}) {
+        p_x_R[c] = sorte.ate(8);
+        p_y_R[c] = sorte.ate(8);
+    }
+}
+
+void enche(Sorte& sorte) {
+    constexpr std::array<Peca, 6> tipos{peao, cavalo, bispo, torre, dama, rei};
+    const int densidade = sorte.ate(9);
+    const int so_de = sorte.ate(12);  // some boards hold one kind alone
+    tab2 = {};
+    for (auto& x : tab2) {
+        if (sorte.ate(8) < densidade) {
+            const Peca tipo = tipos.at(static_cast<std::size_t>(so_de < 6 ? so_de : sorte.ate(6)));
+            x = static_cast<std::int8_t>(codigo(sorte.sim() ? brancas : pretas, tipo));
+        }
+    }
+    // The box of a colour is that of its pawns and kings: one king each there is.
+    tab2.at(static_cast<std::size_t>(sorte.ate(32))) = rei;
+    tab2.at(static_cast<std::size_t>(32 + sorte.ate(32))) = -rei;
 }
 
 }  // namespace teste

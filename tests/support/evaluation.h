@@ -9,7 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <initializer_list>
+#include <random>
 #include <string_view>
 
 namespace teste {
@@ -51,5 +53,36 @@ bool mesmos_bits(float a, float b);
 // Whether the counters of one colour are those of the plain walk, to the last bit. The box is compared where the colour
 // has a king or a pawn.
 ::testing::AssertionResult conta_como(const plain::SideCounts& certo, const ondrel::Contagem& contado);
+// The same of the whole numbers alone.
+::testing::AssertionResult conta_inteiros_como(const plain::SideCounts& certo, const ondrel::Contagem& contado);
+
+// --- By chance ---
+
+// Draws that are the same everywhere: the engine of the library, no distribution of it.
+class Sorte {
+public:
+    explicit Sorte(std::uint32_t semente) : gerador_(semente) {}
+    int ate(int n) { return static_cast<int>(gerador_() % static_cast<std::uint32_t>(n)); }
+    bool sim() { return ate(2) != 0; }
+    template <class T, std::size_t quantos>
+    T um_de(const std::array<T, quantos>& valores) {
+        return valores.at(static_cast<std::size_t>(ate(static_cast<int>(quantos))));
+    }
+
+private:
+    std::mt19937 gerador_;
+};
+
+// A digit of an option from 0 to 9; the last step is 9 or 10.
+float degrau(Sorte& sorte, float ultimo);
+// The options that a judgement reads; castling, base value and balance; the kings remembered, which the last test of a
+// king need not have found on this board.
+void varia_opcoes(Sorte& sorte);
+void varia_linha(Sorte& sorte);
+void desloca_reis(Sorte& sorte);
+
+// Makes tab2 a board that no game leads to, up to 64 men of any kind with pawns on the last ranks and kings by the
+// dozen: the counters go as far as they can.
+void enche(Sorte& sorte);
 
 }  // namespace teste
