@@ -77,7 +77,7 @@ struct Lado {
     void soma(double x) { posicao = static_cast<float>(static_cast<double>(posicao) + x); }
 };
 
-struct Folha_em_exame {
+struct FolhaEmExame {
     const Tabuleiro& t;
     const Mascaras& m;
     Ocupadas ocupadas{};
@@ -86,13 +86,13 @@ struct Folha_em_exame {
 };
 
 template <Cor c>
-int perto_do_rei_inimigo(const Folha_em_exame& x, int i) {
+int perto_do_rei_inimigo(const FolhaEmExame& x, int i) {
     return perto[i][x.rei_em[outra(c)]];
 }
 
 // The terms of one man met by an attack: a richer enemy before the side to move, a rook or queen backed along a line.
 template <Cor stm, Cor c, Peca quem>
-void encontra(Folha_em_exame& x, int i, int d) {
+void encontra(FolhaEmExame& x, int i, int d) {
     const int v = sinal(c) * x.t[i];
     if (v < 0) {
         if (c == stm && (quem == cavalo || quem == bispo || quem == torre) && -v > quem) {
@@ -104,7 +104,7 @@ void encontra(Folha_em_exame& x, int i, int d) {
 }
 
 template <Cor stm, Cor c, Peca quem, int d>
-void encontra_no_raio(Folha_em_exame& x, int i, Mascara contam) {
+void encontra_no_raio(FolhaEmExame& x, int i, Mascara contam) {
     if (const Mascara no_raio = contam & raios[d][i]; no_raio != 0) {
         encontra<stm, c, quem>(x, primeira_casa(no_raio), d);
     }
@@ -126,7 +126,7 @@ Mascara homens_que_contam(const Mascaras& m) {
 }
 
 template <Cor stm, Cor c, Peca quem>
-void anda_aos_saltos(Folha_em_exame& x, const Saltos& saltos) {
+void anda_aos_saltos(FolhaEmExame& x, const Saltos& saltos) {
     Lado& eu = x.lado[c];
     std::memcpy(eu.fim, saltos.em_ordem.data(), saltos.em_ordem.size());
     eu.fim += saltos.quantas;
@@ -149,7 +149,7 @@ Mascara anda_no_raio(std::uint8_t*& fim, Ocupadas ocupadas, int i) {
 }
 
 template <Cor stm, Cor c, Peca quem, int... d>
-void anda_nos_raios(Folha_em_exame& x, int i, std::integer_sequence<int, d...>) {
+void anda_nos_raios(FolhaEmExame& x, int i, std::integer_sequence<int, d...>) {
     Mascara atacadas = 0;
     std::uint8_t* fim = x.lado[c].fim;
     ((atacadas |= anda_no_raio<d>(fim, x.ocupadas, i)), ...);
@@ -162,7 +162,7 @@ void anda_nos_raios(Folha_em_exame& x, int i, std::integer_sequence<int, d...>) 
 // --- Men, by the rows of their terms ---
 
 template <Cor stm, Cor c>
-void homem_cavalo(Folha_em_exame& x, int i) {
+void homem_cavalo(FolhaEmExame& x, int i) {
     if (fila(c, i % 8) != 0) {
         x.lado[c].soma_inteiro(15);
     }
@@ -171,7 +171,7 @@ void homem_cavalo(Folha_em_exame& x, int i) {
 }
 
 template <Cor stm, Cor c>
-void homem_bispo(Folha_em_exame& x, int i) {
+void homem_bispo(FolhaEmExame& x, int i) {
     if (fila(c, i % 8) != 0) {
         x.lado[c].soma_inteiro(15);
     }
@@ -182,7 +182,7 @@ void homem_bispo(Folha_em_exame& x, int i) {
 }
 
 template <Cor stm, Cor c>
-void homem_torre(Folha_em_exame& x, int i) {
+void homem_torre(FolhaEmExame& x, int i) {
     if (i / 8 != 0 && i / 8 != 7) {
         x.lado[c].soma_inteiro(15);
     }
@@ -196,7 +196,7 @@ void homem_torre(Folha_em_exame& x, int i) {
 }
 
 template <Cor stm, Cor c>
-void homem_dama(Folha_em_exame& x, int i) {
+void homem_dama(FolhaEmExame& x, int i) {
     if (fila(c, i % 8) != 0) {
         x.lado[c].soma_inteiro(15);
     }
@@ -205,7 +205,7 @@ void homem_dama(Folha_em_exame& x, int i) {
 }
 
 template <Cor stm, Cor c>
-void homem_rei(Folha_em_exame& x, int i) {
+void homem_rei(FolhaEmExame& x, int i) {
     if (pesos.final_para[c]) {
         x.lado[c].soma(pesos.centro_do_rei[i]);
     }
@@ -220,7 +220,7 @@ void homem_rei(Folha_em_exame& x, int i) {
 // --- Pawns, by the items of their terms ---
 
 template <Cor stm, Cor c>
-void peao_captura(Folha_em_exame& x, int i, Mascara alvos, Mascara meus) {
+void peao_captura(FolhaEmExame& x, int i, Mascara alvos, Mascara meus) {
     // The higher file first: for both colours the higher square.
     for (Mascara resto = alvos; resto != 0; resto ^= bit(ultima_casa(resto))) {
         const int v = valor_da_peca(x.t[ultima_casa(resto)]);
@@ -253,7 +253,7 @@ constexpr std::array<std::array<Caminho, 64>, 2> caminhos = [] {
 
 // Own pawns beside the way count up to the rank of the first stop; a way without a stop is a passed pawn's.
 template <Cor c>
-void peao_passado(Folha_em_exame& x, int i, Mascara meus, Mascara deles) {
+void peao_passado(FolhaEmExame& x, int i, Mascara meus, Mascara deles) {
     const Caminho& caminho = caminhos[c][i];
     const Mascara paradas = (caminho.frente & (meus | deles)) | (caminho.lados & deles);
     const Mascara ao_lado = caminho.lados & meus;
@@ -275,7 +275,7 @@ void peao_passado(Folha_em_exame& x, int i, Mascara meus, Mascara deles) {
 }
 
 template <Cor stm, Cor c>
-void homem_peao(Folha_em_exame& x, int i) {
+void homem_peao(FolhaEmExame& x, int i) {
     Lado& eu = x.lado[c];
     const Saltos& diagonais = saltos_de_peao[c][i];
     const Mascara meus = x.m.de(c, peao);
@@ -346,11 +346,11 @@ struct Cadeia {
     [[nodiscard]] bool falta() const { return proxima != fim; }
 };
 
-Cadeia cadeia_de(Cor c, const Folha_em_exame& x) {
+Cadeia cadeia_de(Cor c, const FolhaEmExame& x) {
     return {marcas[c].data(), x.lado[c].fim, inverso[x.rei_em[outra(c)]].data(), inverso[x.rei_em[c]].data()};
 }
 
-void toma_somas(Cor c, const Folha_em_exame& x, const Cadeia& cadeia) {
+void toma_somas(Cor c, const FolhaEmExame& x, const Cadeia& cadeia) {
     contagem[c].posicao = x.lado[c].posicao;
     contagem[c].atack_ksf = static_cast<float>(cadeia.rei[0]);
     contagem[c].defesa_ksf = static_cast<float>(cadeia.rei[1]);
@@ -358,7 +358,7 @@ void toma_somas(Cor c, const Folha_em_exame& x, const Cadeia& cadeia) {
 }
 
 // What the walk has left of the chains.
-void soma_resto(const Folha_em_exame& x, Cadeia& b, Cadeia& p) {
+void soma_resto(const FolhaEmExame& x, Cadeia& b, Cadeia& p) {
     b.fim = x.lado[brancas].fim;
     p.fim = x.lado[pretas].fim;
     while (b.falta() && p.falta()) {
@@ -376,7 +376,7 @@ void soma_resto(const Folha_em_exame& x, Cadeia& b, Cadeia& p) {
 }
 
 template <Cor stm>
-void percorre(Folha_em_exame& x) {
+void percorre(FolhaEmExame& x) {
     Cadeia b = cadeia_de(brancas, x);
     Cadeia p = cadeia_de(pretas, x);
     for (Mascara resto = x.ocupadas.diretas; resto != 0; resto &= resto - 1) {
@@ -405,10 +405,10 @@ void percorre(Folha_em_exame& x) {
 
 template <Cor stm>
 void soma_em_ordem(const Tabuleiro& t, const Mascaras& m) {
-    Folha_em_exame x{t,
-                     m,
-                     ocupadas_vistas(m.ocupadas()),
-                     {casa(p_x_R[brancas], p_y_R[brancas]), casa(p_x_R[pretas], p_y_R[pretas])}};
+    FolhaEmExame x{t,
+                   m,
+                   ocupadas_vistas(m.ocupadas()),
+                   {casa(p_x_R[brancas], p_y_R[brancas]), casa(p_x_R[pretas], p_y_R[pretas])}};
     percorre<stm>(x);
 }
 
