@@ -243,6 +243,15 @@ TEST_F(PositionLine, UpperCaseLetterIsNoPromotion) {
     }
 }
 
+TEST_F(PositionLine, LetterWithTextBehindItIsNoPromotion) {
+    for (const auto& [letra, piece] : promocoes) {
+        coloca(do_inicio + ate_a_setima + "a7b8" + letra + "x h5h4");
+        EXPECT_EQ(nb, 9) << letra;  // the walk ends there
+        EXPECT_EQ(PROMO, 0) << letra;
+        EXPECT_EQ(tab[casa(1, 7)], peao) << letra;
+    }
+}
+
 TEST_F(PositionLine, PawnWithoutALetterStaysAPawn) {
     coloca(do_inicio + ate_a_setima + "a7b8 h5h4");
     EXPECT_EQ(nb, 10);
