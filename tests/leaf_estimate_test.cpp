@@ -553,8 +553,9 @@ void povoa(Sorte& sorte, int homens, const std::array<Peca, quantos>& tipos, int
 
 void poe_reis(Sorte& sorte, int por_cor = 1) {
     for (; por_cor > 0; --por_cor) {
-        tab2[sorte.ate(64)] = rei;
-        tab2[sorte.ate(64)] = -rei;
+        for (const int um_rei : {int{rei}, -rei}) {
+            tab2[sorte.ate(64)] = static_cast<std::int8_t>(um_rei);
+        }
     }
 }
 
