@@ -1,6 +1,5 @@
 #!/usr/bin/env python3
 """Holds the documents to the code: the names, paths and links in them, their commands, options and conversations."""
-import argparse
 import os
 import re
 import shutil
@@ -8,6 +7,8 @@ import subprocess
 import sys
 import tempfile
 from pathlib import Path
+
+import checks
 
 SKIPPED = 77
 # Set for what the commands of the documents start, so that ./test does not come back here.
@@ -504,18 +505,5 @@ CHECKS = {"names": check_names, "paths": check_paths, "options": check_options, 
           "commands": check_commands}
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("check", choices=CHECKS)
-    parser.add_argument("--source", required=True, type=lambda path: Path(path).resolve())
-    parser.add_argument("--build", required=True, type=lambda path: Path(path).resolve())
-    parser.add_argument("--engine", required=True)
-    args = parser.parse_args()
-    faults = CHECKS[args.check](args)
-    for fault in faults:
-        print("FAILED:", fault)
-    sys.exit(1 if faults else 0)
-
-
 if __name__ == "__main__":
-    main()
+    checks.run(__doc__, CHECKS)

@@ -5,7 +5,6 @@
   manual    the manual page formats without a warning
   package   the Debian package: its fields, its files, its engine
 """
-import argparse
 import gzip
 import os
 import re
@@ -13,6 +12,8 @@ import shutil
 import subprocess
 import sys
 from pathlib import Path
+
+import checks
 
 SKIPPED = 77
 
@@ -157,21 +158,15 @@ def check_package(args):
 CHECKS = {"prefix": check_prefix, "manual": check_manual, "package": check_package}
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("check", choices=CHECKS)
-    parser.add_argument("--source", required=True, type=lambda path: Path(path).resolve())
-    parser.add_argument("--build", required=True, type=lambda path: Path(path).resolve())
-    parser.add_argument("--engine", required=True)
-    args = parser.parse_args()
-    args.scratch = args.build / "install-test" / args.check
-    shutil.rmtree(args.scratch, ignore_errors=True)
-    args.scratch.mkdir(parents=True)
-    faults = CHECKS[args.check](args)
-    for fault in faults:
-        print("FAILED:", fault)
-    sys.exit(1 if faults else 0)
+def in_scratch(check):
+    """The check in an empty directory of its own."""
+    def checked(args):
+        args.scratch = args.build / "install-test" / args.check
+        shutil.rmtree(args.scratch, ignore_errors=True)
+        args.scratch.mkdir(parents=True)
+        return check(args)
+    return checked
 
 
 if __name__ == "__main__":
-    main()
+    checks.run(__doc__, {name: in_scratch(check) for name, check in CHECKS.items()})

@@ -146,9 +146,10 @@ void anda_nos_raios(Exame& x, int i, std::integer_sequence<int, d...>) {
     // A rook or queen behind an own rook or queen.
     const Mascara pesadas = x.m.cor[c] & (x.m.tipo[tipo_de(torre)] | x.m.tipo[tipo_de(dama)]);
     if constexpr (quem == torre) {
-        eu.posicao_inteira += 3 * std::popcount(de_lado & pesadas) + 5 * std::popcount(demais & pesadas);
+        eu.posicao_inteira += torre_apoia_de_lado * std::popcount(de_lado & pesadas) +
+                              torre_apoia_de_frente * std::popcount(demais & pesadas);
     } else if constexpr (quem == dama) {
-        eu.posicao_inteira += std::popcount(atacadas & pesadas);
+        eu.posicao_inteira += dama_apoia * std::popcount(atacadas & pesadas);
     }
 }
 
@@ -157,12 +158,18 @@ void anda_nos_raios(Exame& x, int i, std::integer_sequence<int, d...>) {
 constexpr Mascara fila_em_mascara(Cor c, int r) { return 0x0101010101010101U << static_cast<unsigned>(fila(c, r)); }
 constexpr Mascara coluna_em_mascara(int f) { return Mascara{0xFF} << static_cast<unsigned>(8 * f); }
 
+template <Cor c>
+void desenvolvidos(Exame& x) {
+    const Mascara leves_e_damas = x.m.de(c, cavalo) | x.m.de(c, bispo) | x.m.de(c, dama);
+    x.lado[c].posicao_inteira +=
+        homem_desenvolvido * (std::popcount(leves_e_damas & ~fila_em_mascara(c, 0)) +
+                              std::popcount(x.m.de(c, torre) & ~(coluna_em_mascara(0) | coluna_em_mascara(7))));
+}
+
 template <Cor stm, Cor c>
 void cavalos(Exame& x) {
     Contas& eu = x.lado[c];
-    const Mascara homens = x.m.de(c, cavalo);
-    eu.posicao_inteira += 15 * std::popcount(homens & ~fila_em_mascara(c, 0));
-    por_casa(homens, [&](int i) {
+    por_casa(x.m.de(c, cavalo), [&](int i) {
         eu.posicao += pesos.cavalo[c][perto[i][x.rei_em[outra(c)]]] + pesos.centro_do_cavalo[i];
         soma_saltos<c>(x, i, &SomaDeAtaques::cavalo);
         conta_ataques<c>(x, saltos_de_cavalo[i].casas, saltos_de_cavalo[i].quantas);
@@ -173,8 +180,7 @@ void cavalos(Exame& x) {
 template <Cor stm, Cor c>
 void bispos(Exame& x) {
     const Mascara homens = x.m.de(c, bispo);
-    x.lado[c].posicao_inteira += 15 * std::popcount(homens & ~fila_em_mascara(c, 0)) +
-                                 pesos.bispo_na_diagonal * std::popcount(homens & diagonais_longas);
+    x.lado[c].posicao_inteira += pesos.bispo_na_diagonal * std::popcount(homens & diagonais_longas);
     por_casa(homens, [&](int i) { anda_nos_raios<stm, c, bispo>(x, i, Diagonais{}); });
 }
 
@@ -182,9 +188,8 @@ template <Cor stm, Cor c>
 void torres(Exame& x) {
     Contas& eu = x.lado[c];
     const Mascara homens = x.m.de(c, torre);
-    eu.posicao_inteira += 15 * std::popcount(homens & ~(coluna_em_mascara(0) | coluna_em_mascara(7)));
     if (pesos.menos_de_11) {
-        eu.posicao_inteira += 11 * std::popcount(homens & (fila_em_mascara(c, 6) | fila_em_mascara(c, 7)));
+        eu.posicao_inteira += torre_adiantada * std::popcount(homens & (fila_em_mascara(c, 6) | fila_em_mascara(c, 7)));
     }
     por_casa(homens, [&](int i) {
         if (pesos.menos_de_15) {
@@ -197,9 +202,7 @@ void torres(Exame& x) {
 template <Cor stm, Cor c>
 void damas(Exame& x) {
     Contas& eu = x.lado[c];
-    const Mascara homens = x.m.de(c, dama);
-    eu.posicao_inteira += 15 * std::popcount(homens & ~fila_em_mascara(c, 0));
-    por_casa(homens, [&](int i) {
+    por_casa(x.m.de(c, dama), [&](int i) {
         eu.posicao += pesos.dama[c][perto[i][x.rei_em[outra(c)]]] + pesos.centro_da_dama[i];
         anda_nos_raios<stm, c, dama>(x, i, Todas{});
     });
@@ -317,13 +320,13 @@ int rompimentos(Mascara meus, Mascara deles) {
 template <Cor c>
 int passados(Mascara meus, Mascara deles) {
     const Mascara livres = ~(meus | deles | deles << 8U | deles >> 8U) & filas_ate(c, 6);
-    int dez = 0;
+    int ao_lado = 0;
     Mascara chegam = 0;
     for (Mascara andam = avanca<c>(meus) & livres; andam != 0; andam = avanca<c>(andam) & livres) {
-        dez += aos_lados(meus, andam);
+        ao_lado += aos_lados(meus, andam);
         chegam |= andam & fila_em_mascara(c, 6);
     }
-    return 10 * dez + 33 * std::popcount(chegam);
+    return peao_ao_lado * ao_lado + peao_livre * std::popcount(chegam);
 }
 
 template <Cor stm, Cor c>
@@ -336,9 +339,10 @@ void peoes(Exame& x) {
         peoes_marcam<c>(x, meus);
     }
     peoes_atacam<stm, c>(x, meus);
-    x.lado[c].posicao_inteira += 100 * std::popcount(meus & fila_em_mascara(c, 6)) + 13 * aos_lados(meus, meus) +
-                                 11 * aos_lados(meus, avanca<c>(meus)) + 25 * rompimentos<c>(meus, deles) +
-                                 passados<c>(meus, deles);
+    x.lado[c].posicao_inteira += peao_na_setima * std::popcount(meus & fila_em_mascara(c, 6)) +
+                                 peao_vizinho * aos_lados(meus, meus) +
+                                 peao_protege * aos_lados(meus, avanca<c>(meus)) +
+                                 peao_rompe * rompimentos<c>(meus, deles) + passados<c>(meus, deles);
 }
 
 // --- The counters that need no attacks ---
@@ -409,6 +413,7 @@ void fecha_contas(const Exame& x) {
 template <Cor stm, Cor c>
 void conta_cor(Exame& x) {
     peoes<stm, c>(x);
+    desenvolvidos<c>(x);
     cavalos<stm, c>(x);
     bispos<stm, c>(x);
     torres<stm, c>(x);

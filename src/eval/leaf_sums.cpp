@@ -99,7 +99,7 @@ void encontra(FolhaEmExame& x, int i, int d) {
             x.lado[c].soma_inteiro(-v - quem);
         }
     } else if ((quem == torre || quem == dama) && (v == torre || v == dama)) {
-        x.lado[c].soma_inteiro(quem == dama ? 1 : (d < 2 ? 3 : 5));
+        x.lado[c].soma_inteiro(quem == dama ? dama_apoia : (d < 2 ? torre_apoia_de_lado : torre_apoia_de_frente));
     }
 }
 
@@ -164,7 +164,7 @@ void anda_nos_raios(FolhaEmExame& x, int i, std::integer_sequence<int, d...>) {
 template <Cor stm, Cor c>
 void homem_cavalo(FolhaEmExame& x, int i) {
     if (fila(c, i % 8) != 0) {
-        x.lado[c].soma_inteiro(15);
+        x.lado[c].soma_inteiro(homem_desenvolvido);
     }
     x.lado[c].soma(pesos.cavalo[c][perto_do_rei_inimigo<c>(x, i)] + pesos.centro_do_cavalo[i]);
     anda_aos_saltos<stm, c, cavalo>(x, saltos_de_cavalo[i]);
@@ -173,7 +173,7 @@ void homem_cavalo(FolhaEmExame& x, int i) {
 template <Cor stm, Cor c>
 void homem_bispo(FolhaEmExame& x, int i) {
     if (fila(c, i % 8) != 0) {
-        x.lado[c].soma_inteiro(15);
+        x.lado[c].soma_inteiro(homem_desenvolvido);
     }
     if ((bit(i) & diagonais_longas) != 0) {
         x.lado[c].soma_inteiro(pesos.bispo_na_diagonal);
@@ -184,13 +184,13 @@ void homem_bispo(FolhaEmExame& x, int i) {
 template <Cor stm, Cor c>
 void homem_torre(FolhaEmExame& x, int i) {
     if (i / 8 != 0 && i / 8 != 7) {
-        x.lado[c].soma_inteiro(15);
+        x.lado[c].soma_inteiro(homem_desenvolvido);
     }
     if (pesos.menos_de_15) {
         x.lado[c].soma(pesos.torre[c][perto_do_rei_inimigo<c>(x, i)]);
     }
     if (pesos.menos_de_11 && fila(c, i % 8) >= 6) {
-        x.lado[c].soma_inteiro(11);
+        x.lado[c].soma_inteiro(torre_adiantada);
     }
     anda_nos_raios<stm, c, torre>(x, i, Retas{});
 }
@@ -198,7 +198,7 @@ void homem_torre(FolhaEmExame& x, int i) {
 template <Cor stm, Cor c>
 void homem_dama(FolhaEmExame& x, int i) {
     if (fila(c, i % 8) != 0) {
-        x.lado[c].soma_inteiro(15);
+        x.lado[c].soma_inteiro(homem_desenvolvido);
     }
     x.lado[c].soma(pesos.dama[c][perto_do_rei_inimigo<c>(x, i)] + pesos.centro_da_dama[i]);
     anda_nos_raios<stm, c, dama>(x, i, Todas{});
@@ -266,11 +266,11 @@ void peao_passado(FolhaEmExame& x, int i, Mascara meus, Mascara deles) {
         int dez = f < 7 ? std::popcount(coluna_vista<c>(ao_lado, f + 1) & percorrido) : 0;
         dez += f > 0 ? std::popcount(coluna_vista<c>(ao_lado, f - 1) & percorrido) : 0;
         for (; dez > 0; --dez) {
-            x.lado[c].soma_inteiro(10);
+            x.lado[c].soma_inteiro(peao_ao_lado);
         }
     }
     if (paradas == 0 && caminho.frente != 0) {
-        x.lado[c].soma_inteiro(33);
+        x.lado[c].soma_inteiro(peao_livre);
     }
 }
 
@@ -292,21 +292,21 @@ void homem_peao(FolhaEmExame& x, int i) {
     }
     const int r = fila(c, i % 8);
     if (r == 6) {
-        eu.soma_inteiro(100);
+        eu.soma_inteiro(peao_na_setima);
     }
     const Mascara vizinhas = bit(i) << 8U | bit(i) >> 8U;
     for (int n = std::popcount(vizinhas & meus); n > 0; --n) {
-        eu.soma_inteiro(13);
+        eu.soma_inteiro(peao_vizinho);
     }
     for (int n = std::popcount(diagonais.casas & meus); n > 0; --n) {
-        eu.soma_inteiro(11);
+        eu.soma_inteiro(peao_protege);
     }
     if (r <= 4) {
         for (const int lado : {0, 1}) {
             const int f = i / 8 + (lado == 0 ? 1 : -1);
             if (f >= 0 && f < 8 && ((meus | deles) & bit(casa(f, i % 8 + sinal(c)))) == 0 &&
                 (rompimentos[c][i][lado] & deles) == 0) {
-                eu.soma_inteiro(25);
+                eu.soma_inteiro(peao_rompe);
             }
         }
     }

@@ -53,6 +53,19 @@ inline double peao_do_final(Cor c, int i, int proprio_rei) {
     return 100.0 * static_cast<double>(promo[c][i]) + vinte_e_cinco_avos[perto[i][proprio_rei]];
 }
 
+// Terms that are the same in every position.
+constexpr int homem_desenvolvido = 15;    // knight, bishop, queen off the first rank; rook off the edge files
+constexpr int torre_adiantada = 11;       // rook on its last two ranks, with few men left
+constexpr int torre_apoia_de_lado = 3;    // rook behind an own rook or queen, along the rank
+constexpr int torre_apoia_de_frente = 5;  // and along the file
+constexpr int dama_apoia = 1;             // queen behind one
+constexpr int peao_na_setima = 100;
+constexpr int peao_vizinho = 13;  // for each own pawn beside
+constexpr int peao_protege = 11;  // for each own pawn diagonally ahead
+constexpr int peao_rompe = 25;    // breakthrough
+constexpr int peao_ao_lado = 10;  // own pawn beside the way to promotion
+constexpr int peao_livre = 33;    // a way without a stop
+
 constexpr Mascara diagonais_longas = 0x8142241818244281U;
 
 }  // namespace ondrel
