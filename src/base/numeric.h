@@ -6,14 +6,20 @@
 
 namespace ondrel {
 
-// Natural logarithm of x / y in extended precision. A divisor of zero, which only a board without a king can
-// bring here, gives what the division would: infinity or no number.
-inline long double ln_da_razao(long double x, long double y) {
-    if (y == 0) {
-        return x == 0 ? std::numeric_limits<long double>::quiet_NaN() : std::numeric_limits<long double>::infinity();
+// x / y in extended precision. A divisor of zero, which only a board without a king can bring here, gives what the
+// division would: an infinity of the dividend's sign, or no number.
+inline long double razao(long double x, long double y) {
+    if (y != 0) {
+        return x / y;
     }
-    return std::log(x / y);
+    if (x == 0) {
+        return std::numeric_limits<long double>::quiet_NaN();
+    }
+    return std::copysign(std::numeric_limits<long double>::infinity(), x);
 }
+
+// Natural logarithm of x / y in extended precision; no number where the ratio is negative or none.
+inline long double ln_da_razao(long double x, long double y) { return std::log(razao(x, y)); }
 
 // Cut toward zero. What no int can hold, and what is no number, becomes the lowest int.
 inline int inteiro(long double x) {

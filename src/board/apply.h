@@ -37,10 +37,10 @@ inline bool captura_en_passant(Tabuleiro& t, const Bandeiras& jm_D, Lance m) {
     return true;
 }
 
+// The copy comes first: a move onto its own square empties it.
 inline void transfere(Tabuleiro& t, Lance m) {
-    const std::int8_t x = t[m.origem()];
+    t[m.destino()] = t[m.origem()];
     t[m.origem()] = vazia;
-    t[m.destino()] = x;
 }
 
 // The search promotes to the queen only.

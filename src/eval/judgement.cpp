@@ -5,6 +5,7 @@
 #include "base/root.h"
 #include "eval/mobility.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace ondrel {
@@ -31,8 +32,13 @@ float termo_do_roque(Cor own) {
 long double pontos(const Contagem& x) { return static_cast<long double>(x.pontos) + 10.1; }
 long double defesa(const Contagem& x) { return x.abrigo + static_cast<long double>(x.defesa_ksf) + 3; }
 long double ataque_ao_rei(const Contagem& x) { return static_cast<long double>(x.atack_ksf) + 3; }
+
+// Without aggressiveness the pawns' targets can bring a sum below zero: it counts as a little more, so that its logarithm
+// is a number.
+constexpr double menor_posicao = 0.1;
 long double posicao_e_centro(const Contagem& x) {
-    return static_cast<long double>(x.posicao) + static_cast<long double>(x.centro) + 10.1;
+    return std::max<long double>(static_cast<long double>(x.posicao) + static_cast<long double>(x.centro) + 10.1,
+                                 menor_posicao);
 }
 
 // --- The same in double ---
@@ -69,7 +75,7 @@ double soma_aproximada(Cor own, double inicio) {
     const auto avanco = [](const Contagem& x) { return (x.avanco + 0.1) / (x.pecas + x.peoes + 1); };
     const auto peoes = [](const Contagem& x) { return static_cast<double>(x.peoes + 1) / x.caixa(); };
     const auto posicao = [](const Contagem& x) {
-        return static_cast<double>(x.posicao) + static_cast<double>(x.centro) + 10.1;
+        return std::max(static_cast<double>(x.posicao) + static_cast<double>(x.centro) + 10.1, menor_posicao);
     };
     const auto defende = [](const Contagem& x) { return x.abrigo + static_cast<double>(x.defesa_ksf) + 3; };
     const auto ataca_o_rei = [](const Contagem& x) { return static_cast<double>(x.atack_ksf) + 3; };

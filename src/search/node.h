@@ -128,9 +128,8 @@ inline void folha_da_ply_2(Lance m) {
     const std::array<float, 2> material = material_depois<c>(ply[1], m);
     const float vantagem = material[outra(c)] - material[c];
     alfa[2] = vantagem;
-    if (extradef && material[outra(c)] != 0) {
-        alfa[2] = static_cast<float>(static_cast<long double>(vantagem) -
-                                     static_cast<long double>(material[c]) / material[outra(c)]);
+    if (extradef) {
+        alfa[2] = static_cast<float>(static_cast<long double>(vantagem) - razao(material[c], material[outra(c)]));
     }
 }
 

@@ -60,8 +60,9 @@ bool passa_pela_porta(const Visita& v) { return TEST1IID && (XEQUE != 0) == v.ch
 //
 // Every visit of a root move would make its trial and classify it, at all 201 values of ataque. But the class of a
 // move, its check and its legality are the same at every visit of a pass: they are worked out once, and a move is
-// visited in full only where it is searched. Castling alone is judged by what the visit before it left, so that the
-// last move passed by is remembered and visited then.
+// visited in full only where it is searched. Castling alone is judged by what the visit before it left, be it of the
+// pass or of the search before, so that the last move passed by is remembered and visited then, or at the end of the
+// search at the latest, before tab changes.
 
 struct Classe {
     bool conhecida = false;
@@ -242,10 +243,15 @@ void capturas_de_rei(const Visita& v) {
 
 }  // namespace
 
-void esquece_classes() {
-    classes = {};
-    passado = nenhum_lance;
+void esquece_classes() { classes = {}; }
+
+template <Cor c>
+void conclui_visitas() {
+    chega_ao_ultimo_visitado<c>();
 }
+
+template void conclui_visitas<brancas>();
+template void conclui_visitas<pretas>();
 
 template <Cor c>
 void analise100(Etapa etapa, bool ch, Peca piece, int file, int rank) {

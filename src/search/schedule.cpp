@@ -275,6 +275,7 @@ void varre_primeiro_lance() {
             chama_por_casa<c>({livre, sh, {}}, piece);
         }
     }
+    conclui_visitas<c>();
 }
 
 }  // namespace
@@ -296,8 +297,10 @@ void busca_na_raiz(Cor minha) {
     guarda_limites();
     if (minha == brancas) {
         itera<brancas>();
+        conclui_visitas<brancas>();
     } else {
         itera<pretas>();
+        conclui_visitas<pretas>();
     }
 }
 
