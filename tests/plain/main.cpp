@@ -1,0 +1,3 @@
+#include "plain/frontend.h"
+
+int main() { plain::run_engine(); }
