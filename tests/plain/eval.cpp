@@ -101,17 +101,15 @@ struct Counters {
     float posicao = 0, centro = 0, atack_ksf = 0, defesa_ksf = 0;
     int mobilidade = 0, alvos = 0, apoios = 0, pecas = 0, peoes = 0, pontos = 0, avanco = 0, abrigo = 0;
     int cavalos = 0, bispos = 0, torres = 0, damas = 0;
-    // The box of pawns and king; a colour with neither has a box of one square.
-    bool has_box = false;
-    int lowest_file = 0, highest_file = 0, lowest_rank = 0, highest_rank = 0;
+    // The box of pawns and king; of a colour that has neither it counts 36.
+    int lowest_file = 7, highest_file = 0, lowest_rank = 7, highest_rank = 0;
 };
 
 static void widen_box(Counters& side, int f, int r) {
-    side.lowest_file = side.has_box ? std::min(side.lowest_file, f) : f;
-    side.highest_file = side.has_box ? std::max(side.highest_file, f) : f;
-    side.lowest_rank = side.has_box ? std::min(side.lowest_rank, r) : r;
-    side.highest_rank = side.has_box ? std::max(side.highest_rank, r) : r;
-    side.has_box = true;
+    side.lowest_file = std::min(side.lowest_file, f);
+    side.highest_file = std::max(side.highest_file, f);
+    side.lowest_rank = std::min(side.lowest_rank, r);
+    side.highest_rank = std::max(side.highest_rank, r);
 }
 
 static int caixa(const Counters& side) {
