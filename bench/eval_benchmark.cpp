@@ -1,8 +1,13 @@
-// What one judgement costs: the four routines of the leaves and the base value of a root move, on fixed positions from
-// the opening to bare endings. The time of an iteration is that of one call.
-#include "base/bounds.h"
-#include "base/root.h"
-#include "eval/extra_eval.h"
+// What one judgement costs: the estimate of a leaf, the four routines that judge it to the last bit, and base value and
+// class of a root move, on fixed positions from the opening to bare endings. The time of an iteration is that of one
+// call.
+#include "base/ply_stack.h"
+#include "board/game.h"
+#include "eval/leaf.h"
+#include "eval/root_trial.h"
+#include "eval/strategy.h"
+#include "eval/weights.h"
+#include "uci/command_line.h"
 #include "uci/position.h"
 
 #include <benchmark/benchmark.h>
@@ -15,7 +20,7 @@ namespace {
 
 using namespace ondrel;
 
-constexpr std::array<std::string_view, 20> posicoes{
+constexpr std::array<std::string_view, 20> positions{
     "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1",
     "rnbqkb1r/pp2pppp/3p1n2/8/3NP3/8/PPP2PPP/RNBQKB1R w KQkq - 1 5",
     "r1bqkbnr/1ppp1ppp/p1n5/4p3/B3P3/5N2/PPPP1PPP/RNBQK2R b KQkq - 1 4",
@@ -38,63 +43,90 @@ constexpr std::array<std::string_view, 20> posicoes{
     "8/8/8/4k3/8/8/4P3/4K3 w - - 0 60",
 };
 
-// The position prepared as before a search, and on tab2 as the leaf that such a search would judge.
-Cor poe(std::string_view fen) {
-    nova_partida(brancas);
-    in = "position fen " + std::string(fen);
-    le_posicao();
-    const Cor minha = joga_com_b ? brancas : pretas;
-    prepara_busca(minha);
-    tab2 = tab;
-    extraevalll = 0;
-    return minha;
+constexpr std::array<int, 2> nobody_castled{0, 0};
+
+// A move between empty squares, which leaves the board as it is.
+Move move_of_nobody() {
+    const SquareSet empty = ~piece_sets(tab).occupied();
+    return move_between(first_square(empty), last_square(empty));
 }
 
-template <void (*rotina)()>
-void julga(benchmark::State& estado) {
-    poe(posicoes.at(static_cast<std::size_t>(estado.range(0))));
-    for (auto volta : estado) {
-        rotina();
-        benchmark::DoNotOptimize(extraeval);
-        benchmark::DoNotOptimize(extraevalll);
+// The position prepared as before a search, and on tab2 as the leaf that such a search would judge, with the attack
+// maps of a root move that led to it.
+void set_up(std::string_view fen) {
+    begin_game(white);
+    command.in = "position fen " + std::string(fen);
+    read_position();
+    const Colour own = side_to_search();
+    prepare_search(own);
+    const Move m = move_of_nobody();
+    own == white ? init_tabuleiro2<white>(m) : init_tabuleiro2<black>(m);
+    judgement.extraevalll = 0;
+}
+
+template <Colour own, Colour stm>
+void estimate() {
+    prepare_weights(own);
+    const PieceSets sets = piece_sets(trial.tab2);
+    estimate_leaf<own, stm>({sets, trial.p_xy_R, nobody_castled});
+}
+
+template <void (*judge)(const std::array<int, 2>&)>
+void without_castling() {
+    judge(nobody_castled);
+}
+
+template <void (*routine)()>
+void judge_one(benchmark::State& state) {
+    set_up(positions.at(static_cast<std::size_t>(state.range(0))));
+    for (auto iteration : state) {
+        routine();
+        benchmark::DoNotOptimize(judgement);
         benchmark::ClobberMemory();
     }
 }
 
 // The mean over all positions: what a search of a whole game pays.
-template <void (*rotina)()>
-void julga_todas(benchmark::State& estado) {
+template <void (*routine)()>
+void judge_all(benchmark::State& state) {
+    constexpr int calls = 100;
     double total = 0;
-    for (auto volta : estado) {
-        for (const std::string_view fen : posicoes) {
-            estado.PauseTiming();
-            poe(fen);
-            estado.ResumeTiming();
-            for (int vez = 0; vez < 100; ++vez) {
-                rotina();
+    for (auto iteration : state) {
+        for (const std::string_view fen : positions) {
+            state.PauseTiming();
+            set_up(fen);
+            state.ResumeTiming();
+            for (int call = 0; call < calls; ++call) {
+                routine();
+                benchmark::DoNotOptimize(judgement);
                 benchmark::ClobberMemory();
             }
-            total += 100;
+            total += calls;
         }
     }
-    estado.counters["per_call"] = benchmark::Counter(total, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    state.counters["per_call"] = benchmark::Counter(total, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
-// One row for each of the positions.
-constexpr int ultima_posicao = static_cast<int>(posicoes.size()) - 1;
+// One row for each of the positions, and one for all of them.
+template <void (*routine)()>
+void add(const std::string& name) {
+    benchmark::RegisterBenchmark(name.c_str(), judge_one<routine>)
+        ->DenseRange(0, static_cast<int>(positions.size()) - 1);
+    benchmark::RegisterBenchmark((name + "/all").c_str(), judge_all<routine>);
+}
 
-BENCHMARK(julga<extra_eval<brancas>>)->Name("extra_eval_b")->DenseRange(0, ultima_posicao);
-BENCHMARK(julga<extra_eval<pretas>>)->Name("extra_eval_p")->DenseRange(0, ultima_posicao);
-BENCHMARK(julga<extra_evall<brancas>>)->Name("extra_evall_b")->DenseRange(0, ultima_posicao);
-BENCHMARK(julga<extra_evall<pretas>>)->Name("extra_evall_p")->DenseRange(0, ultima_posicao);
-BENCHMARK(julga<valor_base<brancas>>)->Name("valor_base_b")->DenseRange(0, ultima_posicao);
-BENCHMARK(julga<valor_base<pretas>>)->Name("valor_base_p")->DenseRange(0, ultima_posicao);
+template <Colour own>
+void add_all_of(const std::string& colour) {
+    add<estimate<own, own>>("estimate_leaf_" + colour);
+    add<without_castling<extra_eval<own>>>("extra_eval_" + colour);
+    add<without_castling<extra_evall<own>>>("extra_evall_" + colour);
+    add<without_castling<verifica_estrategia<own>>>("verifica_estrategia_" + colour);
+}
 
-BENCHMARK(julga_todas<extra_eval<brancas>>)->Name("extra_eval_b/all");
-BENCHMARK(julga_todas<extra_eval<pretas>>)->Name("extra_eval_p/all");
-BENCHMARK(julga_todas<extra_evall<brancas>>)->Name("extra_evall_b/all");
-BENCHMARK(julga_todas<extra_evall<pretas>>)->Name("extra_evall_p/all");
-BENCHMARK(julga_todas<valor_base<brancas>>)->Name("valor_base_b/all");
-BENCHMARK(julga_todas<valor_base<pretas>>)->Name("valor_base_p/all");
+[[maybe_unused]] const bool added = [] {
+    add_all_of<white>("white");
+    add_all_of<black>("black");
+    return true;
+}();
 
 }  // namespace

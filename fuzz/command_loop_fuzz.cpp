@@ -3,144 +3,146 @@
 // A search of a nonsense position takes long, and nothing ends it from outside: even without depth the root is swept
 // some thousand times. So the conversation is made cheap before it is given to the engine: few positions, FEN boards
 // with few men, and no depth but for the smallest.
-#include "fresh_process.h"
+#include "fuzzing.h"
 
+#include "uci/command_loop.h"
+
+#include <iostream>
 #include <streambuf>
 
 namespace {
 
-using namespace ondrel;
-
 // Looks at each line written and forgets it.
-class Saida : public std::streambuf {
+class CheckedOutput : public std::streambuf {
 public:
-    void confere_resto() const { fuzz::exige(linha_.empty(), "an unfinished line"); }
+    void check_rest() const { fuzz::require(line_.empty(), "an unfinished line"); }
 
 private:
     int_type overflow(int_type x) override {
         if (x == '\n') {
-            confere();
-            linha_.clear();
+            check();
+            line_.clear();
         } else {
-            linha_ += static_cast<char>(x);
+            line_ += static_cast<char>(x);
         }
         return x;
     }
-    std::streamsize xsputn(const char* texto, std::streamsize n) override {
+    std::streamsize xsputn(const char* text, std::streamsize n) override {
         for (std::streamsize k = 0; k < n; ++k) {
-            overflow(static_cast<unsigned char>(texto[k]));
+            overflow(static_cast<unsigned char>(text[k]));
         }
         return n;
     }
-    void confere() const {
-        for (const std::string_view comeco :
+    void check() const {
+        for (const std::string_view start :
              {"info score ", "info nps ", "bestmove ", "readyok", "option name ", "id ", "uciok"}) {
-            if (linha_.starts_with(comeco)) {
+            if (line_.starts_with(start)) {
                 return;
             }
         }
-        fuzz::falha("a line of no kind: " + linha_);
+        fuzz::fail("a line of no kind: " + line_);
     }
 
-    std::string linha_;
+    std::string line_;
 };
 
-char em(const std::string& linha, std::size_t k) { return k < linha.size() ? linha[k] : '\0'; }
+char at(const std::string& line, std::size_t k) { return k < line.size() ? line[k] : '\0'; }
 
-bool e_opcao_de_profundidade(const std::string& linha) {
-    return em(linha, 0) == 's' && em(linha, 15) == 'D' && em(linha, 17) == 'e' && em(linha, 20) == 'v';
+bool is_depth_option(const std::string& line) {
+    return at(line, 0) == 's' && at(line, 15) == 'D' && at(line, 17) == 'e' && at(line, 20) == 'v';
 }
+bool is_position(const std::string& line) { return at(line, 0) == 'p'; }
+bool is_fen_line(const std::string& line) { return at(line, 9) == 'f'; }
+bool is_game_in_progress(const std::string& line) { return at(line, 9) == 's' && at(line, 28) != '\0'; }
+bool is_go(const std::string& line) { return at(line, 0) == 'g' && at(line, 1) == 'o'; }
 
-constexpr int posicoes_no_maximo = 2;
-constexpr std::ptrdiff_t homens_no_maximo = 6;
-constexpr std::ptrdiff_t homens_em_geral = 3;
+constexpr int most_positions = 2;
+constexpr std::ptrdiff_t most_men = 6;
+constexpr std::ptrdiff_t usual_men = 3;
 
-bool e_homem(char x) { return std::string_view("pnbrqkPNBRQK").find(x) != std::string_view::npos; }
-
-bool e_de_fen(const std::string& linha) { return em(linha, 9) == 'f'; }
-
-bool e_partida_em_curso(const std::string& linha) { return em(linha, 9) == 's' && em(linha, 28) != '\0'; }
+bool is_man(char x) { return std::string_view("pnbrqkPNBRQK").find(x) != std::string_view::npos; }
 
 // Leaves out the men of the board field of a FEN line that are too many.
-std::string com_poucos_homens(const std::string& linha, std::ptrdiff_t no_maximo) {
-    constexpr std::ptrdiff_t tabuleiro_em = 13;
-    if (!e_de_fen(linha) || std::ssize(linha) <= tabuleiro_em) {
-        return linha;
+std::string with_few_men(const std::string& line, std::ptrdiff_t allowed) {
+    constexpr std::ptrdiff_t board_at = 13;
+    if (!is_fen_line(line) || std::ssize(line) <= board_at) {
+        return line;
     }
-    std::string rala = linha;
-    std::ptrdiff_t homens = 0;
-    for (auto x = rala.begin() + tabuleiro_em; x != rala.end() && *x != ' '; ++x) {
-        if (e_homem(*x) && ++homens > no_maximo) {
+    std::string thinned = line;
+    std::ptrdiff_t men = 0;
+    for (auto x = thinned.begin() + board_at; x != thinned.end() && *x != ' '; ++x) {
+        if (is_man(*x) && ++men > allowed) {
             *x = '1';
         }
     }
-    return rala;
+    return thinned;
 }
 
-char profundidade(const std::string& linha) {
-    if (!e_de_fen(linha)) {
+// The value of Deep that the position can bear.
+char depth_for(const std::string& line) {
+    if (!is_fen_line(line)) {
         return '0';
     }
-    const auto homens = std::ranges::count_if(linha, e_homem) - std::ranges::count_if("position fen", e_homem);
-    return homens <= 3 ? '2' : homens <= 5 ? '1' : '0';
+    const auto men = std::ranges::count_if(line, is_man) - std::ranges::count_if("position fen", is_man);
+    return men <= 3 ? '2' : men <= 5 ? '1' : '0';
 }
 
 // A go line whose clock leaves the depth at no more than that of few men.
-std::string_view go_raso(const std::string& linha) {
-    constexpr std::array<std::string_view, 6> relogios{"go",
-                                                       "go infinite",
-                                                       "go wtime 5 btime 5",
-                                                       "go wtime 50 btime 1",
-                                                       "go movestogo 9 wtime 50 btime 1",
-                                                       "go wtime 99999999"};
-    return relogios[linha.size() % relogios.size()];
+std::string_view shallow_go(const std::string& line) {
+    constexpr std::array<std::string_view, 6> clocks{"go",
+                                                     "go infinite",
+                                                     "go wtime 5 btime 5",
+                                                     "go wtime 50 btime 1",
+                                                     "go movestogo 9 wtime 50 btime 1",
+                                                     "go wtime 99999999"};
+    return clocks[line.size() % clocks.size()];
 }
 
 // One input in eight may have a game in progress and a board of some size.
-std::string barata(const std::vector<std::string>& linhas, bool cara) {
-    std::string entrada;
-    int posicoes = 0;
-    for (const std::string& linha : linhas) {
-        if (e_opcao_de_profundidade(linha) || (!cara && e_partida_em_curso(linha)) ||
-            (em(linha, 0) == 'p' && ++posicoes > posicoes_no_maximo)) {
+std::string made_cheap(const std::vector<std::string>& lines, bool may_cost_more) {
+    std::string input;
+    int positions = 0;
+    for (const std::string& line : lines) {
+        if (is_depth_option(line) || (!may_cost_more && is_game_in_progress(line)) ||
+            (is_position(line) && ++positions > most_positions)) {
             continue;
         }
-        if (em(linha, 0) == 'g' && em(linha, 1) == 'o') {
-            entrada += go_raso(linha);
-        } else if (em(linha, 0) == 'p') {
-            const std::string rala = com_poucos_homens(linha, cara ? homens_no_maximo : homens_em_geral);
-            entrada += "setoption name Deep value ";
-            entrada += profundidade(rala);
-            entrada += '\n';
-            entrada += rala;
+        if (is_go(line)) {
+            input += shallow_go(line);
+        } else if (is_position(line)) {
+            const std::string thinned = with_few_men(line, may_cost_more ? most_men : usual_men);
+            input += "setoption name Deep value ";
+            input += depth_for(thinned);
+            input += '\n';
+            input += thinned;
         } else {
-            entrada += linha;
+            input += line;
         }
-        entrada += '\n';
+        input += '\n';
     }
-    return entrada;
+    return input;
 }
 
 // Reads from the text as the standard input would.
-class Entrada : public std::streambuf {
+class TextInput : public std::streambuf {
 public:
-    explicit Entrada(std::string& texto) { setg(texto.data(), texto.data(), texto.data() + texto.size()); }
+    explicit TextInput(std::string& text) { setg(text.data(), text.data(), text.data() + text.size()); }
 };
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dados, std::size_t tamanho) {
-    fuzz::estado_novo();
-    std::string texto = barata(fuzz::linhas(dados, tamanho), tamanho % 8 == 0);
-    Entrada de(texto);
-    Saida para;
-    auto* const cin_antes = std::cin.rdbuf(&de);
-    auto* const cout_antes = std::cout.rdbuf(&para);
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    ondrel::begin_process();
+    std::string text = made_cheap(fuzz::lines_of(data, size), size % 8 == 0);
+    TextInput from(text);
+    CheckedOutput to;
+    auto* const cin_before = std::cin.rdbuf(&from);
+    auto* const cout_before = std::cout.rdbuf(&to);
     std::cin.clear();
-    laco_de_comandos();
-    std::cin.rdbuf(cin_antes);
-    std::cout.rdbuf(cout_antes);
-    para.confere_resto();
-    fuzz::confere_opcoes();
+    ondrel::run_command_loop();
+    std::cin.rdbuf(cin_before);
+    std::cout.rdbuf(cout_before);
+    to.check_rest();
+    fuzz::check_settings();
     return 0;
 }

@@ -1,7 +1,10 @@
-// Option lines and go lines, which are both read by characters at fixed places: whatever stands there, a setting keeps to
-// its scale, and the clock to its budgets.
-#include "fresh_process.h"
+// Option lines and go lines, which are both read by characters at fixed places: whatever stands there, a setting keeps
+// to its scale, and the clock to its budgets.
+#include "fuzzing.h"
 
+#include "board/game.h"
+#include "search/state.h"
+#include "uci/command_line.h"
 #include "uci/go.h"
 #include "uci/options.h"
 
@@ -9,34 +12,36 @@ namespace {
 
 using namespace ondrel;
 
-void confere_relogio() {
-    fuzz::exige(tempo >= 10000 && tempo <= 10000000, "tempo");
-    fuzz::exige(limite_suave() > 0 && limite_duro() > limite_suave(), "limits");
-    fuzz::exige(IIDS <= 1 && EXTRA_EVAL <= 1 && SEARCH_E <= 1, "flags of low time");
+void check_clock() {
+    fuzz::require(search.tempo >= 10000 && search.tempo <= 10000000, "tempo");
+    fuzz::require(soft_limit() > 0 && hard_limit() > soft_limit(), "limits");
+    fuzz::require(search.deep >= 0 && search.deep <= no_depth_limit, "deep");
+    fuzz::require(search.IIDS <= 1 && search.EXTRA_EVAL <= 1 && search.SEARCH_E <= 1, "flags of low time");
 }
 
-void le(const std::string& linha) {
-    in = linha;
-    if (in_em(0) == 'g' && in_em(1) == 'o') {
-        tempo = 300000;
-        le_relogio_do_go();
-        confere_relogio();
+void read(const std::string& line) {
+    command.in = line;
+    if (in_at(0) == 'g' && in_at(1) == 'o') {
+        search = {};
+        read_clock();
+        check_clock();
     } else {
-        le_opcao();
+        read_option();
     }
-    fuzz::confere_opcoes();
+    fuzz::check_settings();
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dados, std::size_t tamanho) {
-    fuzz::estado_novo();
-    if (tamanho > 0) {
-        npecas = {dados[0] % 16, dados[0] / 16};
+// The first byte tells the men on the board.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    ondrel::begin_process();
+    if (size == 0) {
+        return 0;
     }
-    for (const std::string& linha :
-         fuzz::linhas(dados + std::min<std::size_t>(tamanho, 1), tamanho - std::min<std::size_t>(tamanho, 1))) {
-        le(linha);
+    root.npecas = {data[0] % 16, data[0] / 16};
+    for (const std::string& line : fuzz::lines_of(data + 1, size - 1)) {
+        read(line);
     }
     return 0;
 }

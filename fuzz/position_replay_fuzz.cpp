@@ -1,59 +1,57 @@
 // Position lines: the FEN, the move list, and the preparation of the search, the position searched by nobody. Each line
 // meets what the lines before it have left.
-#include "fresh_process.h"
+#include "fuzzing.h"
 
-#include "eval/preparation.h"
+#include "board/attacks.h"
+#include "board/game.h"
 #include "search/score_windows.h"
+#include "search/state.h"
+#include "uci/command_line.h"
+#include "uci/position.h"
 
 namespace {
 
 using namespace ondrel;
 
-void confere_posicao() {
+void check_position() {
     for (const std::int8_t x : tab) {
-        fuzz::exige(x == vazia || std::ranges::count(ordem_das_pecas, valor_da_peca(x)) == 1, "a man of no kind");
+        fuzz::require(x == no_piece || std::ranges::count(piece_order, value_of(x)) == 1, "a man of no kind");
     }
-    fuzz::exige(joga_com_b == 0 || joga_com_b == 1, "joga_com_b");
-    fuzz::exige(nb >= 1 && nb <= 100000, "nb");
-    for (const int x : {abcd.a, abcd.b, abcd.c, abcd.d}) {
-        fuzz::exige(x >= 0 && x < 8, "a square outside the board");
+    fuzz::require(game.joga_com_b == 0 || game.joga_com_b == 1, "joga_com_b");
+    fuzz::require(game_line.nb >= 1 && game_line.nb <= 100000, "nb");
+    const Move m = game.abcd;
+    fuzz::require(on_board(m.from_file, m.from_rank) && on_board(m.to_file, m.to_rank), "a square outside the board");
+    for (const Colour c : {white, black}) {
+        fuzz::require(root.npecas[c] >= 0 && root.npecas[c] <= squares, "men");
+        fuzz::require(root.material_a[c] >= 0 && root.material_a[c] <= squares * rei, "material");
     }
-    for (const Cor c : {brancas, pretas}) {
-        fuzz::exige(npecas[c] >= 0 && npecas[c] <= 64 && npecas_dp[c] >= 0 && npecas_dp[c] <= npecas[c], "counts");
-        fuzz::exige(material_a[c] >= 0 && material_a[c] <= 64 * 110, "material");
-    }
-    fuzz::exige(HASH_MEM == (in.size() < inn.size() ? 1 : 0), "HASH_MEM");
+    fuzz::require(search.deep >= 0 && search.deep <= 9, "deep");
+    fuzz::require(search.HASH_MEM == (command.in.size() < search.inn.size() ? 1 : 0), "HASH_MEM");
 }
 
-void repete(const std::string& linha) {
-    in = linha;
-    joga_c_ob = 0;
-    joga_c_fen = 0;
-    if (in.size() > 9 && in[0] == 'p' && in[9] == 's') {
-        joga_c_ob = 1;
-    } else {
-        joga_c_fen = 1;
-    }
-    deep = deepp;
-    le_posicao();
-    const Cor minha = joga_com_b ? brancas : pretas;
-    prepara_busca(minha);
-    janelas_de_placar(minha);
-    confere_posicao();
+void replay(const std::string& line) {
+    command.in = line;
+    command.joga_c_ob = is_line_from_start() ? 1 : 0;
+    command.joga_c_fen = command.joga_c_ob ? 0 : 1;
+    read_position();
+    const Colour own = side_to_search();
+    prepare_search(own);
+    set_score_windows(own);
+    check_position();
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dados, std::size_t tamanho) {
-    if (tamanho == 0) {
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size == 0) {
         return 0;
     }
-    fuzz::estado_novo();
+    ondrel::begin_process();
     // The first byte says what the other lines of a conversation could have said.
-    CHESS_960 = dados[0] % 2;
-    OwnBook = dados[0] / 2 % 2;
-    for (const std::string& linha : fuzz::linhas(dados + 1, tamanho - 1)) {
-        repete(linha);
+    options.CHESS_960 = data[0] % 2;
+    options.OwnBook = data[0] / 2 % 2;
+    for (const std::string& line : fuzz::lines_of(data + 1, size - 1)) {
+        replay(line);
     }
     return 0;
 }

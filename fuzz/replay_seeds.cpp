@@ -7,22 +7,22 @@
 #include <iterator>
 #include <vector>
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* dados, std::size_t tamanho);
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
-int main(int quantos, char** argumentos) {
-    std::vector<std::filesystem::path> sementes;
-    for (int k = 1; k < quantos; ++k) {
-        for (const auto& x : std::filesystem::directory_iterator(argumentos[k])) {
-            sementes.push_back(x.path());
+int main(int count, char** arguments) {
+    std::vector<std::filesystem::path> seeds;
+    for (int k = 1; k < count; ++k) {
+        for (const auto& x : std::filesystem::directory_iterator(arguments[k])) {
+            seeds.push_back(x.path());
         }
     }
-    std::ranges::sort(sementes);
-    for (const auto& semente : sementes) {
-        std::printf("%s\n", semente.c_str());
+    std::ranges::sort(seeds);
+    for (const auto& seed : seeds) {
+        std::printf("%s\n", seed.c_str());
         std::fflush(stdout);  // the last one named is the one that failed
-        std::ifstream arquivo(semente, std::ios::binary);
-        const std::vector<char> bytes{std::istreambuf_iterator<char>(arquivo), {}};
+        std::ifstream file(seed, std::ios::binary);
+        const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
     }
-    return sementes.empty() ? 1 : 0;
+    return seeds.empty() ? 1 : 0;
 }

@@ -94,8 +94,20 @@ configure() {
     cmake --preset "$1"
 }
 
-# build PRESET [ARGUMENT...]: silent; shows the log on standard error if it fails. Waits for a build of the same preset
-# that another process began. With `reconfigure` set it looks anew for what was not installed the last time.
+# progress: passes on of what ninja says how far it is, a line every few seconds.
+progress() {
+    local line last=$SECONDS
+    while IFS= read -r line; do
+        if [[ $line =~ ^\[[0-9]+/[0-9]+\] && $((SECONDS - last)) -ge 5 ]]; then
+            echo "   ${line:0:100}" >&2
+            last=$SECONDS
+        fi
+    done
+}
+
+# build PRESET [ARGUMENT...]: tells on standard error how far it is if it takes more than some seconds, and shows the log
+# if it fails. Waits for a build of the same preset that another process began. With `reconfigure` set it looks anew for
+# what was not installed the last time.
 build() (
     cd "$root"
     mkdir -p build
@@ -103,8 +115,9 @@ build() (
         exec 9>"build/$1.lock"
         flock 9
     fi
+    set -o pipefail
     {
         { { [[ -z ${reconfigure:-} ]] && configured "$1"; } || configure "$1"; } &&
             cmake --build --preset "$1" -j "$jobs" "${@:2}"
-    } </dev/null >"build/$1.log" 2>&1 || { cat "build/$1.log" >&2; return 1; }
+    } </dev/null 2>&1 | tee "build/$1.log" | progress || { cat "build/$1.log" >&2; return 1; }
 )

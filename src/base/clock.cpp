@@ -5,14 +5,14 @@
 namespace ondrel {
 namespace {
 
-const std::chrono::steady_clock::time_point partida = std::chrono::steady_clock::now();
+const std::chrono::steady_clock::time_point start_of_process = std::chrono::steady_clock::now();
 
 }  // namespace
 
-int relogio() {
+int clock_ms() {
     using std::chrono::duration_cast;
     using std::chrono::milliseconds;
-    return static_cast<int>(duration_cast<milliseconds>(std::chrono::steady_clock::now() - partida).count());
+    return static_cast<int>(duration_cast<milliseconds>(std::chrono::steady_clock::now() - start_of_process).count());
 }
 
 }  // namespace ondrel

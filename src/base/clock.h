@@ -1,9 +1,9 @@
-// The one source of time.
+// The one source of time. Its definition stands in an object of its own, so that a test can link another.
 #pragma once
 
 namespace ondrel {
 
 // Milliseconds of real time since the start of the process.
-int relogio();
+int clock_ms();
 
 }  // namespace ondrel

@@ -1,4 +1,4 @@
-// Numeric rules that every score obeys.
+// Numeric rules that every score obeys. Each holds for any argument: none divides by zero, none casts out of range.
 #pragma once
 
 #include <cmath>
@@ -8,7 +8,7 @@ namespace ondrel {
 
 // x / y in extended precision. A divisor of zero, which only a board without a king can bring here, gives what the
 // division would: an infinity of the dividend's sign, or no number.
-inline long double razao(long double x, long double y) {
+inline long double ratio(long double x, long double y) {
     if (y != 0) {
         return x / y;
     }
@@ -19,12 +19,12 @@ inline long double razao(long double x, long double y) {
 }
 
 // Natural logarithm of x / y in extended precision; no number where the ratio is negative or none.
-inline long double ln_da_razao(long double x, long double y) { return std::log(razao(x, y)); }
+inline long double log_of_ratio(long double x, long double y) { return std::log(ratio(x, y)); }
 
 // Cut toward zero. What no int can hold, and what is no number, becomes the lowest int.
-inline int inteiro(long double x) {
-    constexpr long double limite = 2147483648.0L;
-    return x > -limite && x < limite ? static_cast<int>(x) : std::numeric_limits<int>::min();
+inline int to_int(long double x) {
+    constexpr long double limit = 2147483648.0L;
+    return x > -limit && x < limit ? static_cast<int>(x) : std::numeric_limits<int>::min();
 }
 
 }  // namespace ondrel

@@ -1,85 +1,101 @@
-// Shared types: colours, piece codes, boards, squares and moves.
+// The words that everything is told in: colours, pieces, squares, boards, moves, steps. Includes nothing of Ondrel's.
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstdint>
 
 namespace ondrel {
 
 // The two colours. Families of routines and tables exist once per colour and take it as template argument or index.
-enum Cor : int { brancas = 0, pretas = 1 };
+enum Colour : int { white = 0, black = 1 };
 
-constexpr Cor outra(Cor c) { return c == brancas ? pretas : brancas; }
-constexpr int sinal(Cor c) { return c == brancas ? 1 : -1; }
+constexpr Colour other(Colour c) { return c == white ? black : white; }
+
+// The way that a colour's pawns go, in ranks; also the sign of its piece codes.
+constexpr int forward(Colour c) { return c == white ? 1 : -1; }
 
 // Piece codes: identity and value in the score unit (one pawn = 10) at once. Black pieces are the negatives.
-enum Peca : int { vazia = 0, peao = 10, cavalo = 32, bispo = 33, torre = 50, dama = 90, rei = 110 };
+enum Piece : int { no_piece = 0, peao = 10, cavalo = 32, bispo = 33, torre = 50, dama = 90, rei = 110 };
 
-// Order in which a node walks its own pieces.
-constexpr std::array<Peca, 6> ordem_das_pecas{peao, cavalo, bispo, torre, dama, rei};
-// Order in which a node walks its victims: the knight before the bishop though its code is the lower.
-constexpr std::array<Peca, 5> ordem_das_vitimas{dama, torre, cavalo, bispo, peao};
+// The order in which a node walks its own pieces.
+constexpr std::array<Piece, 6> piece_order{peao, cavalo, bispo, torre, dama, rei};
+// The order in which a node walks its victims: the knight before the bishop though its code is the lower.
+constexpr std::array<Piece, 5> victim_order{dama, torre, cavalo, bispo, peao};
 
-constexpr int codigo(Cor c, Peca x) { return sinal(c) * x; }
-constexpr bool da_cor(Cor c, int x) { return c == brancas ? x > 0 : x < 0; }
-constexpr int valor_da_peca(int x) { return x < 0 ? -x : x; }
+constexpr int code(Colour c, Piece x) { return forward(c) * x; }
+constexpr bool is_of(Colour c, int x) { return c == white ? x > 0 : x < 0; }
+constexpr int value_of(int x) { return x < 0 ? -x : x; }  // of a code of either colour
+constexpr Colour colour_of(int x) { return x > 0 ? white : black; }
 
-// A board: 64 signed piece codes, index file * 8 + rank (a1 = 0, a2 = 1, b1 = 8, h8 = 63), 0 for empty.
-using Tabuleiro = std::array<std::int8_t, 64>;
+// --- Squares: index file * 8 + rank (a1 = 0, a2 = 1, b1 = 8, h8 = 63), the scan order of every walk ---
 
-constexpr int casa(int file, int rank) { return file * 8 + rank; }
-constexpr bool no_tabuleiro(int file, int rank) { return file >= 0 && file < 8 && rank >= 0 && rank < 8; }
+constexpr int squares = 64;
+constexpr int square(int file, int rank) { return file * 8 + rank; }
+constexpr int file_of(int i) { return i / 8; }
+constexpr int rank_of(int i) { return i % 8; }
+constexpr bool on_board(int file, int rank) { return file >= 0 && file < 8 && rank >= 0 && rank < 8; }
 
-// A rank counted from the colour's own side: 0 is its first rank, 6 its seventh.
-constexpr int fila(Cor c, int rank) { return c == brancas ? rank : 7 - rank; }
+// A rank counted from the colour's own side, and back: 0 is its first rank, 6 its seventh.
+constexpr int relative_rank(Colour c, int rank) { return c == white ? rank : 7 - rank; }
 
-// A move: from file, from rank, to file, to rank, each 0..7; a = -1 marks an empty slot.
-struct Lance {
-    int a, b, c, d;
+constexpr int seventh_rank = 6;
+constexpr int last_rank = 7;
+constexpr int file_a = 0;
+constexpr int file_h = 7;
+constexpr int king_file = 4;  // of a king at home
 
-    constexpr bool operator==(const Lance&) const = default;
-    [[nodiscard]] constexpr int origem() const { return casa(a, b); }
-    [[nodiscard]] constexpr int destino() const { return casa(c, d); }
-};
+// A board: signed piece codes, 0 for an empty square.
+using Board = std::array<std::int8_t, squares>;
 
-constexpr Lance nenhum_lance{-1, -1, -1, -1};
+constexpr std::int8_t man(Colour c, Piece x) { return static_cast<std::int8_t>(code(c, x)); }
 
-constexpr Lance roque_curto(Cor c) { return {4, fila(c, 0), 6, fila(c, 0)}; }
-constexpr Lance roque_longo(Cor c) { return {4, fila(c, 0), 2, fila(c, 0)}; }
-
-// A step on the board: files and ranks to add.
-struct Passo {
-    int file, rank;
-};
-
-// The orders of direction are the order of search and of summation: nothing may reorder them.
-constexpr std::array<Passo, 4> passos_da_torre{{{1, 0}, {-1, 0}, {0, 1}, {0, -1}}};
-constexpr std::array<Passo, 4> passos_do_bispo{{{1, 1}, {1, -1}, {-1, -1}, {-1, 1}}};
-constexpr std::array<Passo, 8> passos_da_dama{{{1, 0}, {-1, 0}, {0, 1}, {0, -1}, {1, 1}, {1, -1}, {-1, -1}, {-1, 1}}};
-constexpr std::array<Passo, 8> passos_do_rei{{{1, 0}, {-1, 0}, {0, 1}, {0, -1}, {-1, -1}, {1, 1}, {-1, 1}, {1, -1}}};
-constexpr std::array<Passo, 8> saltos_do_cavalo{
-    {{2, 1}, {2, -1}, {-2, -1}, {-2, 1}, {-1, 2}, {1, 2}, {1, -2}, {-1, -2}}};
-
-// The 22 flag bytes that travel with a board; each 0 or 1, the first index a Cor.
-struct Bandeiras {
-    std::array<std::uint8_t, 2> R_jm{};    // R_b_jm, R_p_jm: the king has moved
-    std::array<std::uint8_t, 2> T_a_jm{};  // T_b_a_jm, T_p_a_jm: a rook has left file a
-    std::array<std::uint8_t, 2> T_h_jm{};  // T_b_h_jm, T_p_h_jm: a rook has left file h
-    // pba .. pbh, ppa .. pph: the last half-move was a double step of this colour's pawn on that file
-    std::array<std::array<std::uint8_t, 8>, 2> p_ah{};
-};
-static_assert(sizeof(Bandeiras) == 22);
-
-constexpr Tabuleiro tabuleiro_inicial = [] {
-    Tabuleiro t{};
-    constexpr std::array<Peca, 8> primeira_fila{torre, cavalo, bispo, dama, rei, bispo, cavalo, torre};
+constexpr Board start_board = [] {
+    Board t{};
+    constexpr std::array<Piece, 8> first_rank{torre, cavalo, bispo, dama, rei, bispo, cavalo, torre};
     for (int f = 0; f < 8; ++f) {
-        t[casa(f, 0)] = static_cast<std::int8_t>(primeira_fila[f]);
-        t[casa(f, 1)] = peao;
-        t[casa(f, 6)] = -peao;
-        t[casa(f, 7)] = static_cast<std::int8_t>(-primeira_fila[f]);
+        for (const Colour c : {white, black}) {
+            t[square(f, relative_rank(c, 0))] = man(c, first_rank[f]);
+            t[square(f, relative_rank(c, 1))] = man(c, peao);
+        }
     }
     return t;
 }();
+
+// --- Moves ---
+
+// From file, from rank, to file, to rank, each 0..7; a slot without a move holds -1 in all four.
+struct Move {
+    std::int8_t from_file, from_rank, to_file, to_rank;
+
+    constexpr bool operator==(const Move& m) const {
+        return std::bit_cast<std::uint32_t>(*this) == std::bit_cast<std::uint32_t>(m);
+    }
+    [[nodiscard]] constexpr int from() const { return square(from_file, from_rank); }
+    [[nodiscard]] constexpr int to() const { return square(to_file, to_rank); }
+};
+
+constexpr Move no_move{-1, -1, -1, -1};
+constexpr bool is_move(Move m) { return m.from_file != -1; }
+
+constexpr Move move_of(int from_file, int from_rank, int to_file, int to_rank) {
+    return {static_cast<std::int8_t>(from_file), static_cast<std::int8_t>(from_rank), static_cast<std::int8_t>(to_file),
+            static_cast<std::int8_t>(to_rank)};
+}
+constexpr Move move_between(int from, int to) {
+    return move_of(file_of(from), rank_of(from), file_of(to), rank_of(to));
+}
+
+// --- Steps: files and ranks to add. Their orders are the order of search and of summation: nothing may reorder them. ---
+
+struct Step {
+    int file, rank;
+};
+
+constexpr std::array<Step, 4> rook_steps{{{1, 0}, {-1, 0}, {0, 1}, {0, -1}}};
+constexpr std::array<Step, 4> bishop_steps{{{1, 1}, {1, -1}, {-1, -1}, {-1, 1}}};
+constexpr std::array<Step, 8> queen_steps{{{1, 0}, {-1, 0}, {0, 1}, {0, -1}, {1, 1}, {1, -1}, {-1, -1}, {-1, 1}}};
+constexpr std::array<Step, 8> king_steps{{{1, 0}, {-1, 0}, {0, 1}, {0, -1}, {-1, -1}, {1, 1}, {-1, 1}, {1, -1}}};
+constexpr std::array<Step, 8> knight_steps{{{2, 1}, {2, -1}, {-2, -1}, {-2, 1}, {-1, 2}, {1, 2}, {1, -2}, {-1, -2}}};
 
 }  // namespace ondrel

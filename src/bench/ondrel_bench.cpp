@@ -1,128 +1,161 @@
-// ondrel-bench: searches a fixed set of positions to a fixed depth, without the clock, and shows the nodes, the speed
-// and a signature. The signature is of every line that the engine writes, so that a change which is to leave the search
-// alone must leave the signature as it was.
-#include "bench/positions.h"
+// ondrel-bench: holds a fixed set of conversations with the engine, nearly all without the clock, and shows the nodes, the
+// speed and a signature. The signature is of every line that the engine writes, so that a change which is to leave the
+// search alone must leave the signature as it was.
+#include "bench/cases.h"
 
-#include "base/root.h"
 #include "uci/command_loop.h"
+#include "uci/process.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <iostream>
 #include <sstream>
+#include <string>
 
 namespace {
 
 using namespace ondrel;
-using relogio_do_banco = std::chrono::steady_clock;
+using bench_clock = std::chrono::steady_clock;
 
 // FNV-1a of all lines so far.
-class Assinatura {
+class Signature {
 public:
-    void junta(std::string_view texto) {
-        for (const char x : texto) {
-            soma_ = (soma_ ^ static_cast<unsigned char>(x)) * 0x100000001B3U;
+    void add(std::string_view text) {
+        for (const char x : text) {
+            sum_ = (sum_ ^ static_cast<unsigned char>(x)) * 0x100000001B3U;
         }
     }
-    [[nodiscard]] std::uint64_t soma() const { return soma_; }
+    [[nodiscard]] std::uint64_t sum() const { return sum_; }
 
 private:
-    std::uint64_t soma_ = 0xCBF29CE484222325U;
+    std::uint64_t sum_ = 0xCBF29CE484222325U;
 };
 
 // The line without what the clock has put there; empty for a line that is the clock's alone.
-std::string sem_relogio(std::string linha) {
-    constexpr std::string_view campo = " time ";
-    if (linha.starts_with("info nps")) {
+std::string without_clock(std::string line) {
+    constexpr std::string_view field = " time ";
+    if (line.starts_with("info nps")) {
         return {};
     }
-    if (const auto onde = linha.find(campo); onde != std::string::npos) {
-        const auto fim_do_campo = linha.find(' ', onde + campo.size());
-        linha.erase(onde, fim_do_campo == std::string::npos ? std::string::npos : fim_do_campo - onde);
+    if (const auto at = line.find(field); at != std::string::npos) {
+        const auto end = line.find(' ', at + field.size());
+        line.erase(at, end == std::string::npos ? std::string::npos : end - at);
     }
-    return linha;
+    return line;
 }
 
-// What the engine is told for one position. The new game that goes before it makes the state fresh.
-std::string conversa_da_posicao(const PosicaoDoBanco& x) {
-    std::string linhas =
-        "setoption name Own book value true\n"
-        "position startpos\n"
-        "setoption name Own book value false\n"
-        "setoption name Time control value false\n"
-        "setoption name Clear memory\n"
-        "setoption name Clear deep memory\n"
-        "setoption name Deep value ";
-    linhas += x.deep;
-    linhas += "\nposition ";
-    linhas += x.posicao;
-    linhas += "\ngo wtime 99999999 btime 99999999\n";
-    return linhas;
+constexpr std::string_view no_clock = "99999999";
+
+// The lines of one step; `clock` is what its go line hands over.
+std::string lines_of_step(std::string_view step, std::string& clock) {
+    constexpr std::string_view clock_step = "clock ";
+    if (step.starts_with(clock_step)) {
+        clock = step.substr(clock_step.size());
+        return {};
+    }
+    if (step.starts_with("fen ") || step.starts_with("startpos")) {
+        return "position " + std::string(step) + "\ngo wtime " + clock + " btime " + clock + "\n";
+    }
+    const auto sign = step.find('=');
+    std::string line = "setoption name " + std::string(step.substr(0, sign));
+    if (sign != std::string_view::npos) {
+        line += " value " + std::string(step.substr(sign + 1));
+    }
+    return line + "\n";
+}
+
+std::string conversation_of(const BenchCase& x) {
+    constexpr std::string_view separator = "; ";
+    std::string lines = "setoption name Time control value false\n";
+    std::string clock(no_clock);
+    for (std::string_view rest = x.steps; !rest.empty();) {
+        const auto end = std::min(rest.find(separator), rest.size());
+        lines += lines_of_step(rest.substr(0, end), clock);
+        rest.remove_prefix(std::min(end + separator.size(), rest.size()));
+    }
+    return lines;
 }
 
 // Holds the conversation and returns what the engine has written.
-std::string busca_posicao(const PosicaoDoBanco& x) {
-    std::istringstream de(conversa_da_posicao(x));
-    std::ostringstream para;
-    auto* const entrada = std::cin.rdbuf(de.rdbuf());
-    auto* const saida = std::cout.rdbuf(para.rdbuf());
+std::string hold_conversation(const BenchCase& x) {
+    std::istringstream from(conversation_of(x));
+    std::ostringstream to;
+    auto* const input = std::cin.rdbuf(from.rdbuf());
+    auto* const output = std::cout.rdbuf(to.rdbuf());
     std::cin.clear();
-    ddep = 0;  // the deepest ply is of the process, and is shown
-    laco_de_comandos();
-    std::cin.rdbuf(entrada);
-    std::cout.rdbuf(saida);
-    return para.str();
+    begin_process();
+    run_command_loop();
+    std::cin.rdbuf(input);
+    std::cout.rdbuf(output);
+    return to.str();
 }
 
-// Adds the lines to the signature and returns the reply.
-std::string assina(const std::string& texto, Assinatura& assinatura) {
-    std::istringstream de(texto);
-    std::string resposta;
-    for (std::string linha; std::getline(de, linha); resposta = linha) {
-        if (const std::string limpa = sem_relogio(linha); !limpa.empty()) {
-            assinatura.junta(limpa);
-            assinatura.junta("\n");
+// Nodes of the searches whose lines these are: each tells its own in its last line.
+std::uint64_t nodes_told(const std::string& line) {
+    constexpr std::string_view field = " nodes ";
+    const auto at = line.find(field);
+    return at == std::string::npos || line.find(" currmove ") != std::string::npos
+               ? 0
+               : std::stoull(line.substr(at + field.size()));
+}
+
+// What the lines of a conversation come to.
+struct Outcome {
+    std::uint64_t nodes = 0;
+    std::string reply;
+};
+
+// Adds the lines to the signature.
+Outcome sign(const std::string& text, Signature& signature) {
+    std::istringstream from(text);
+    Outcome outcome;
+    for (std::string line; std::getline(from, line); outcome.reply = line) {
+        if (const std::string kept = without_clock(line); !kept.empty()) {
+            signature.add(kept);
+            signature.add("\n");
+            outcome.nodes += nodes_told(kept);
         }
     }
-    return resposta;
+    return outcome;
 }
 
-void busca_todas(bool so_as_rapidas) {
-    Assinatura assinatura;
+void run_all(bool quick_only) {
+    Signature signature;
     std::uint64_t total = 0;
-    std::chrono::duration<double> tempo_total{};
-    int numero = 0;
-    for (const PosicaoDoBanco& x : posicoes_do_banco) {
-        ++numero;
-        if (so_as_rapidas && !x.rapida) {
+    std::chrono::duration<double> total_time{};
+    int number = 0;
+    for (const BenchCase& x : bench_cases) {
+        ++number;
+        if (quick_only && !x.quick) {
             continue;
         }
-        const auto antes = relogio_do_banco::now();
-        const std::string texto = busca_posicao(x);
-        const std::chrono::duration<double> gasto = relogio_do_banco::now() - antes;
-        const std::string resposta = assina(texto, assinatura);
-        total += nodes;
-        tempo_total += gasto;
-        std::printf("%2d %10u nodes %8.3f s  Deep %c  %-15s  %s\n", numero, nodes, gasto.count(), x.deep,
-                    resposta.c_str(), x.posicao.data());
+        const auto before = bench_clock::now();
+        const std::string text = hold_conversation(x);
+        const std::chrono::duration<double> time = bench_clock::now() - before;
+        const Outcome outcome = sign(text, signature);
+        total += outcome.nodes;
+        total_time += time;
+        std::printf("%2d %10llu nodes %8.3f s  %-15s  %.100s\n", number, static_cast<unsigned long long>(outcome.nodes),
+                    time.count(), outcome.reply.c_str(), x.steps.data());
         std::fflush(stdout);
     }
-    const double segundos = tempo_total.count();
-    std::printf("Time: %.3f s\n", segundos);
-    std::printf("Speed: %.0f nodes/s\n", segundos > 0 ? static_cast<double>(total) / segundos : 0.0);
+    const double seconds = total_time.count();
+    std::printf("Time: %.3f s\n", seconds);
+    std::printf("Speed: %.0f nodes/s\n", seconds > 0 ? static_cast<double>(total) / seconds : 0.0);
     std::printf("Bench: %llu %016llx\n", static_cast<unsigned long long>(total),
-                static_cast<unsigned long long>(assinatura.soma()));
+                static_cast<unsigned long long>(signature.sum()));
 }
 
 }  // namespace
 
-int main(int quantos, char** argumentos) {
-    if (quantos > 2 || (quantos == 2 && std::strcmp(argumentos[1], "quick") != 0)) {
+int main(int count, char** arguments) {
+    if (count > 2 || (count == 2 && std::strcmp(arguments[1], "quick") != 0)) {
         std::fprintf(stderr, "usage: ondrel-bench [quick]\n");
         return 2;
     }
-    busca_todas(quantos == 2);
+    run_all(count == 2);
     return 0;
 }

@@ -1,103 +1,85 @@
 #include "board/apply.h"
 
 #include "base/options.h"
-#include "base/root.h"
+#include "board/game.h"
 
 namespace ondrel {
 namespace {
 
-// In Chess960 a king that moves onto a rook of its own castles, whichever squares the two came from.
-template <Cor c>
-bool rocar_960(Lance m) {
-    if (tab[m.destino()] != codigo(c, torre)) {
+// In Chess960 a king that moves onto a rook of its own castles, whichever squares the two came from. Tells whether it
+// did.
+template <Colour c>
+bool castle_960(Move m) {
+    if (tab[m.to()] != code(c, torre)) {
         return false;
     }
-    constexpr int base = fila(c, 0);
-    const bool longo = m.c < m.a;
-    tab[m.origem()] = vazia;
-    tab[m.destino()] = vazia;
-    tab[casa(longo ? 2 : 6, base)] = codigo(c, rei);
-    tab[casa(longo ? 3 : 5, base)] = codigo(c, torre);
+    constexpr int home = relative_rank(c, 0);
+    const bool to_the_long_side = m.to_file < m.from_file;
+    tab[m.from()] = no_piece;
+    tab[m.to()] = no_piece;
+    tab[square(to_the_long_side ? 2 : 6, home)] = man(c, rei);
+    tab[square(to_the_long_side ? 3 : 5, home)] = man(c, torre);
     return true;
 }
 
-template <Cor c>
-void aplica_regras(Lance m) {
-    const int x = tab[m.origem()];
-    if (x == codigo(c, rei)) {
-        if (!CHESS_960) {
-            salta_a_torre<c>(tab, m);
-        } else if (rocar_960<c>(m)) {
-            pp = 1;
+// Plays what a plain transfer cannot, and notes what has moved. Tells whether the move is on the board.
+template <Colour c>
+bool apply_special_rules(Move m) {
+    const int x = tab[m.from()];
+    bool placed = false;
+    if (x == code(c, rei)) {
+        if (!options.CHESS_960) {
+            move_castling_rook<c>(tab, m);
+        } else {
+            placed = castle_960<c>(m);
         }
     }
-    marca_partida<c>(jm, x, m);
-    if (captura_en_passant<c>(tab, jm, m)) {
-        pp = 1;
-    }
+    note_departure<c>(jm, x, m);
+    return capture_en_passant<c>(tab, jm, m) || placed;
 }
 
-// The piece that a pawn on its last rank becomes; vazia for no change.
-Peca promocao_da_raiz() {
-    if (deeppromo) {
-        return dama;
-    }
-    if (PRs == 'q') {
-        if (PRe != '0') {
-            return vazia;
+// The piece that a pawn on its last rank becomes; no_piece for no change.
+Piece promotion_at_root() {
+    if (game_line.PRs == 'q') {
+        if (game_line.PRe != '0') {
+            return no_piece;
         }
-        PR = 'q';
+        game_line.PR = 'q';
         return dama;
     }
-    if (PRs != '0') {
-        return vazia;
-    }
-    switch (PRe) {
+    switch (game_line.PRe) {
         case 'q': return dama;
         case 'r': return torre;
         case 'n': return cavalo;
         case 'b': return bispo;
-        default: return vazia;
+        default: return no_piece;
     }
 }
 
-template <Cor c>
-void promove_na_raiz(Lance m) {
-    if (m.d != fila(c, 7) || tab[m.destino()] != codigo(c, peao)) {
+template <Colour c>
+void promote_at_root(Move m) {
+    if (m.to_rank != relative_rank(c, last_rank) || tab[m.to()] != code(c, peao)) {
         return;
     }
-    if (const Peca nova = promocao_da_raiz(); nova != vazia) {
-        tab[m.destino()] = static_cast<std::int8_t>(codigo(c, nova));
+    if (const Piece piece = promotion_at_root(); piece != no_piece) {
+        tab[m.to()] = man(c, piece);
     }
-}
-
-template <Cor c>
-bool joga() {
-    return !deeppromo || joga_com_b == (c == brancas ? 1 : 0);
 }
 
 }  // namespace
 
-void aplica_na_raiz() {
-    const Lance m = abcd;
-    if (joga<brancas>()) {
-        aplica_regras<brancas>(m);
-    }
-    if (joga<pretas>()) {
-        aplica_regras<pretas>(m);
-    }
+void apply_to_root() {
+    const Move m = game.abcd;
+    const bool placed_by_white = apply_special_rules<white>(m);
+    const bool placed_by_black = apply_special_rules<black>(m);
     jm.p_ah = {};
-    if (joga<brancas>()) {
-        marca_passo_duplo<brancas>(tab, jm, m);
+    note_double_step<white>(tab, jm, m);
+    note_double_step<black>(tab, jm, m);
+    if (!placed_by_white && !placed_by_black) {
+        transfer(tab, m);
     }
-    if (joga<pretas>()) {
-        marca_passo_duplo<pretas>(tab, jm, m);
-    }
-    if (!pp) {
-        transfere(tab, m);
-    }
-    promove_na_raiz<brancas>(m);
-    promove_na_raiz<pretas>(m);
+    promote_at_root<white>(m);
+    promote_at_root<black>(m);
 }
 
 }  // namespace ondrel

@@ -1,39 +1,39 @@
-// Tests for check. A square that is not on the board is never attacked and attacks nothing.
+// The tests for check, square by square on the 64 bytes of a board: the root, the classifier and castling ask these; the
+// tree asks the same in sets (board/legality.h). A square that is not on the board is never attacked.
 #pragma once
 
 #include "base/ply_stack.h"
 
 namespace ondrel {
 
-template <Cor c>
-inline bool peao_ataca(const Tabuleiro& t, int f, int r) {
-    const int frente = r + sinal(c);
-    const int inimigo = codigo(outra(c), peao);
-    return (no_tabuleiro(f + 1, frente) && t[casa(f + 1, frente)] == inimigo) ||
-           (no_tabuleiro(f - 1, frente) && t[casa(f - 1, frente)] == inimigo);
+template <Colour c>
+inline bool attacked_by_pawn(const Board& t, int f, int r) {
+    const int ahead = r + forward(c);
+    const int enemy = code(other(c), peao);
+    return (on_board(f + 1, ahead) && t[square(f + 1, ahead)] == enemy) ||
+           (on_board(f - 1, ahead) && t[square(f - 1, ahead)] == enemy);
 }
 
-template <std::size_t quantos>
-inline bool salto_ataca(const Tabuleiro& t, int f, int r, int inimigo, const std::array<Passo, quantos>& saltos) {
-    for (const Passo s : saltos) {
-        if (no_tabuleiro(f + s.file, r + s.rank) && t[casa(f + s.file, r + s.rank)] == inimigo) {
+template <std::size_t n>
+inline bool attacked_by_leap(const Board& t, int f, int r, int enemy, const std::array<Step, n>& leaps) {
+    for (const Step s : leaps) {
+        if (on_board(f + s.file, r + s.rank) && t[square(f + s.file, r + s.rank)] == enemy) {
             return true;
         }
     }
     return false;
 }
 
-// A queen or a piece of the kind `quem` attacks along one of its rays: the first man met counts, whoever it is.
-inline bool raio_ataca(const Tabuleiro& t, int f, int r, int inimigo, int dama_inimiga,
-                       const std::array<Passo, 4>& raios) {
-    for (const Passo s : raios) {
-        int cf = f + s.file;
-        int cr = r + s.rank;
-        while (no_tabuleiro(cf, cr) && t[casa(cf, cr)] == vazia) {
-            cf += s.file;
-            cr += s.rank;
+// By a queen or the piece `enemy` along one of its rays: the first man met counts, whoever it is.
+inline bool attacked_along(const Board& t, int f, int r, int enemy, int enemy_queen, const std::array<Step, 4>& rays) {
+    for (const Step s : rays) {
+        int to_f = f + s.file;
+        int to_r = r + s.rank;
+        while (on_board(to_f, to_r) && t[square(to_f, to_r)] == no_piece) {
+            to_f += s.file;
+            to_r += s.rank;
         }
-        if (no_tabuleiro(cf, cr) && (t[casa(cf, cr)] == inimigo || t[casa(cf, cr)] == dama_inimiga)) {
+        if (on_board(to_f, to_r) && (t[square(to_f, to_r)] == enemy || t[square(to_f, to_r)] == enemy_queen)) {
             return true;
         }
     }
@@ -41,47 +41,50 @@ inline bool raio_ataca(const Tabuleiro& t, int f, int r, int inimigo, int dama_i
 }
 
 // Whether a man of the other colour attacks (f, r), seen from a king of c there.
-template <Cor c>
-inline bool casa_atacada(const Tabuleiro& t, int f, int r) {
-    constexpr Cor inimiga = outra(c);
-    constexpr int dama_inimiga = codigo(inimiga, dama);
-    return peao_ataca<c>(t, f, r) || salto_ataca(t, f, r, codigo(inimiga, rei), passos_do_rei) ||
-           salto_ataca(t, f, r, codigo(inimiga, cavalo), saltos_do_cavalo) ||
-           raio_ataca(t, f, r, codigo(inimiga, bispo), dama_inimiga, passos_do_bispo) ||
-           raio_ataca(t, f, r, codigo(inimiga, torre), dama_inimiga, passos_da_torre);
+template <Colour c>
+inline bool is_attacked(const Board& t, int f, int r) {
+    constexpr Colour enemy = other(c);
+    constexpr int queen = code(enemy, dama);
+    return attacked_by_pawn<c>(t, f, r) || attacked_by_leap(t, f, r, code(enemy, rei), king_steps) ||
+           attacked_by_leap(t, f, r, code(enemy, cavalo), knight_steps) ||
+           attacked_along(t, f, r, code(enemy, bispo), queen, bishop_steps) ||
+           attacked_along(t, f, r, code(enemy, torre), queen, rook_steps);
 }
 
-// verifica_rei_<c>: Y tells whether a king of c on tab2 is attacked; p_x_R and p_y_R take the square of the king found
-// last. Without a king Y is 0 and the square keeps its value.
-template <Cor c>
-inline void verifica_rei() {
-    Y = 0;
-    for (int i = 0; i < 64; ++i) {
-        if (tab2[i] == codigo(c, rei)) {
-            p_x_R[c] = i / 8;
-            p_y_R[c] = i % 8;
-            if (casa_atacada<c>(tab2, i / 8, i % 8)) {
-                Y = 1;
-            }
+// Whether any king of c on the board is attacked. Calls `f` with the square of each.
+template <Colour c, class F>
+inline bool any_king_attacked(const Board& t, F f) {
+    bool attacked = false;
+    for (int i = 0; i < squares; ++i) {
+        if (t[i] == code(c, rei)) {
+            f(i);
+            attacked = is_attacked<c>(t, file_of(i), rank_of(i)) || attacked;
         }
     }
+    return attacked;
+}
+template <Colour c>
+inline bool any_king_attacked(const Board& t) {
+    return any_king_attacked<c>(t, [](int) {});
+}
+
+// verifica_rei_<c>: Y tells whether a king of c on tab2 is attacked; p_xy_R takes the square of the king found last.
+// Without a king Y is 0 and the square keeps its value.
+template <Colour c>
+inline void verifica_rei() {
+    trial.Y = any_king_attacked<c>(trial.tab2, [](int i) { trial.p_xy_R[c] = i; }) ? 1 : 0;
 }
 
 // verifica_xeque_<c>: XEQUE tells whether c, who has just moved, attacks a king of the other colour on tab2.
-template <Cor c>
+template <Colour c>
 inline void verifica_xeque() {
-    XEQUE = 0;
-    for (int i = 0; i < 64; ++i) {
-        if (tab2[i] == codigo(outra(c), rei) && casa_atacada<outra(c)>(tab2, i / 8, i % 8)) {
-            XEQUE = 1;
-        }
-    }
+    trial.XEQUE = any_king_attacked<other(c)>(trial.tab2) ? 1 : 0;
 }
 
-// verifica_xequemate<c>d<N>, and with n = 0 the root form: XM tells whether (file, rank) is attacked on tabd<N>.
-template <Cor c>
-inline void verifica_xequemate(int n, int file, int rank) {
-    XM = casa_atacada<c>(ply[n].tabd, file, rank) ? 1 : 0;
+// verifica_xequemate<c>d<N>, and with n = 0 the root form: XM tells whether square i is attacked on tabd<N>.
+template <Colour c>
+inline void verifica_xequemate(int n, int i) {
+    trial.XM = is_attacked<c>(ply[n].tabd, file_of(i), rank_of(i)) ? 1 : 0;
 }
 
 }  // namespace ondrel

@@ -1,25 +1,26 @@
 #include "board/repetition.h"
 
-#include "base/root.h"
+#include "base/ply_stack.h"
+#include "board/game.h"
 
 namespace ondrel {
 
-void verifica_empate() {
-    pempate = 0;
-    if (!pempatee || nb > linhas_tabr1) {
+void verifica_empate(Repeats who) {
+    trial.pempate = 0;
+    if (game_line.nb > tabr1_rows) {
         return;
     }
     // Rows of even index are positions after moves of White in a game from the start position.
-    const bool linhas_pares = (joga_com_b == 1) == (deeppromo == 0);
-    const int primeira = linhas_pares ? 0 : 1;
-    if (nb < primeira + 1) {
+    const bool even_rows = (side_to_search() == white) == (who == Repeats::root_move);
+    const int first = even_rows ? 0 : 1;
+    if (game_line.nb < first + 1) {
         return;
     }
-    const int ultima = primeira + 2 * ((nb - 1 - primeira) / 2);
-    int faltam = deeppromo ? 2 : 1;
-    for (int linha = primeira; linha <= ultima; linha += 2) {
-        if (tabr1[linha] == tab2 && --faltam == 0) {
-            pempate = 1;
+    const int last = first + 2 * ((game_line.nb - 1 - first) / 2);
+    int missing = who == Repeats::root_move ? 1 : 2;
+    for (int row = first; row <= last; row += 2) {
+        if (game_line.tabr1[row] == trial.tab2 && --missing == 0) {
+            trial.pempate = 1;
             return;
         }
     }

@@ -1,11 +1,13 @@
-// Repetition of a position of the game.
+// Repetition of a position of the game. Called for root moves and for replies at ply 2.
 #pragma once
 
 namespace ondrel {
 
-// Clears pempate and, while pempatee is set and the game has at most 1000 half-moves, sets it if tab2 equals enough
-// positions of the game after moves of the same side: one for a root move, two for a reply at ply 2 (deeppromo tells
-// the two apart). Boards alone are compared.
-void verifica_empate();
+// How many positions of the game a repetition needs: one for a root move, two for a reply in the tree.
+enum class Repeats { root_move, reply };
+
+// Sets pempate if tab2 equals enough positions of the game after moves of the same side, and clears it if not; boards
+// alone are compared. A game of more than 1000 half-moves is not looked at.
+void verifica_empate(Repeats who);
 
 }  // namespace ondrel

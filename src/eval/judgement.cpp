@@ -2,8 +2,8 @@
 
 #include "base/numeric.h"
 #include "base/options.h"
-#include "base/root.h"
-#include "eval/mobility.h"
+#include "board/game.h"
+#include "eval/weights.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,137 +11,146 @@
 namespace ondrel {
 namespace {
 
-// --- The terms in extended precision ---
+// --- Ways to take logarithms ---
 
-// How far the men of a colour have come, per man.
-long double avanco_por_homem(const Contagem& x) {
-    return (static_cast<long double>(x.avanco) + 0.1) / (x.pecas + x.peoes + 1);
-}
-
-// How densely the pawns fill the box of pawns and king.
-long double peoes_por_casa(const Contagem& x) { return static_cast<long double>(x.peoes + 1) / x.caixa(); }
-
-// Castling in the line; no term at all if neither side has castled.
-float termo_do_roque(Cor own) {
-    if (roque[brancas] == 0 && roque[pretas] == 0) {
-        return 0;
+// In extended precision, each of a quotient.
+struct ExactLogs {
+    using Real = long double;
+    static Real of_counts(int x, int y) { return log_of_ratio(x + count_offset, y + count_offset); }
+    static Real of_points(int x, int y) {
+        return log_of_ratio(static_cast<Real>(x) + points_offset, static_cast<Real>(y) + points_offset);
     }
-    return static_cast<float>(roque_v * ln_da_razao(roque[own] + 3, roque[outra(own)] + 3));
-}
-
-long double pontos(const Contagem& x) { return static_cast<long double>(x.pontos) + 10.1; }
-long double defesa(const Contagem& x) { return x.abrigo + static_cast<long double>(x.defesa_ksf) + 3; }
-long double ataque_ao_rei(const Contagem& x) { return static_cast<long double>(x.atack_ksf) + 3; }
-
-// Without aggressiveness the pawns' targets can bring a sum below zero: it counts as a little more, so that its logarithm
-// is a number.
-constexpr double menor_posicao = 0.1;
-long double posicao_e_centro(const Contagem& x) {
-    return std::max<long double>(static_cast<long double>(x.posicao) + static_cast<long double>(x.centro) + 10.1,
-                                 menor_posicao);
-}
-
-// --- The same in double ---
-
-constexpr int maior_conta = 512;
+    static Real of_ratio(Real x, Real y) { return log_of_ratio(x, y); }
+    // Two terms of one weight, added one after the other.
+    static void add_both(Real& sum, double weight, Real a, Real b, Real c, Real d) {
+        sum += weight * of_ratio(a, b);
+        sum += weight * of_ratio(c, d);
+    }
+};
 
 // Logarithms of a count and an offset.
-std::array<double, maior_conta> tabela_de_ln(double mais) {
-    std::array<double, maior_conta> t{};
-    for (int n = 0; n < maior_conta; ++n) {
-        t[n] = std::log(n + mais);
+constexpr int tabled_counts = 512;
+using LogTable = std::array<double, tabled_counts>;
+
+LogTable log_table(double offset) {
+    LogTable t{};
+    for (int n = 0; n < tabled_counts; ++n) {
+        t[n] = std::log(n + offset);
     }
     return t;
 }
+const LogTable log_of_count = log_table(count_offset);
+const LogTable log_of_points = log_table(points_offset);
 
-const std::array<double, maior_conta> ln_mais_3 = tabela_de_ln(3.0);
-const std::array<double, maior_conta> ln_mais_10_1 = tabela_de_ln(10.1);
-
-bool cabe_nas_tabelas(const Contagem& x) {
-    return x.mobilidade < maior_conta && x.alvos < maior_conta && x.apoios < maior_conta && x.pontos < maior_conta;
+bool fits_tables(const SideCounters& x) {
+    return x.mobilidade < tabled_counts && x.alvos < tabled_counts && x.apoios < tabled_counts &&
+           x.pontos < tabled_counts;
 }
 
-// Castling terms are few: each is worked out once for a weight.
-double termo_do_roque_rapido(Cor own) {
-    return roque[brancas] == 0 && roque[pretas] == 0 ? 0.0 : static_cast<double>(termo_do_roque(own));
+// In double and by tables; the logarithms of real numbers in `Log`. With double the sum is within a few units of 1e-13.
+template <class Log>
+struct QuickLogs {
+    using Real = double;
+    static Real of_counts(int x, int y) { return log_of_count[x] - log_of_count[y]; }
+    static Real of_points(int x, int y) { return log_of_points[x] - log_of_points[y]; }
+    static Real of_ratio(Real x, Real y) { return static_cast<Real>(std::log(static_cast<Log>(x / y))); }
+    static void add_both(Real& sum, double weight, Real a, Real b, Real c, Real d) {
+        sum += weight * of_ratio(a * c, b * d);
+    }
+};
+
+// --- The terms ---
+
+// Castling in the line; no term at all if neither side has castled. Rounded when stored.
+float castling_term(const SumInput& in) {
+    if (in.roque[white] == 0 && in.roque[black] == 0) {
+        return 0;
+    }
+    return static_cast<float>(options.roque_v *
+                              log_of_ratio(in.roque[in.own] + count_offset, in.roque[other(in.own)] + count_offset));
 }
 
-// Within a few units of 1e-13 of the sum, if the logarithm is in double.
+// Hits against support of one colour, weighed by the balance of the root.
+template <class Logs>
+typename Logs::Real hits_term(double weight, const SideCounters& x) {
+    return weight * static_cast<typename Logs::Real>(root.regimen) * Logs::of_counts(x.alvos, x.apoios);
+}
+
 template <class Real>
-double soma_aproximada(Cor own, double inicio) {
-    const auto ln = [](double x) { return static_cast<double>(std::log(static_cast<Real>(x))); };
-    const Contagem& eu = contagem[own];
-    const Contagem& outro = contagem[outra(own)];
-    const auto avanco = [](const Contagem& x) { return (x.avanco + 0.1) / (x.pecas + x.peoes + 1); };
-    const auto peoes = [](const Contagem& x) { return static_cast<double>(x.peoes + 1) / x.caixa(); };
-    const auto posicao = [](const Contagem& x) {
-        return std::max(static_cast<double>(x.posicao) + static_cast<double>(x.centro) + 10.1, menor_posicao);
-    };
-    const auto defende = [](const Contagem& x) { return x.abrigo + static_cast<double>(x.defesa_ksf) + 3; };
-    const auto ataca_o_rei = [](const Contagem& x) { return static_cast<double>(x.atack_ksf) + 3; };
-    const auto peso = static_cast<double>(regimen);
-    return inicio + avanco(eu) + peoes(eu) - avanco(outro) - peoes(outro) +
-           2 * (ln_mais_10_1[eu.pontos] - ln_mais_10_1[outro.pontos]) + termo_do_roque_rapido(own) +
-           0.01 * peso * (ln_mais_3[eu.alvos] - ln_mais_3[eu.apoios]) +
-           0.001 * peso * (ln_mais_3[outro.alvos] - ln_mais_3[outro.apoios]) +
-           5 * ln(defende(eu) * ataca_o_rei(eu) / (ataca_o_rei(outro) * defende(outro))) +
-           static_cast<double>(MOB) * (ln_mais_3[eu.mobilidade] - ln_mais_3[outro.mobilidade]) +
-           static_cast<double>(PM) * ln(posicao(eu) / posicao(outro));
+Real king_defence(const SideCounters& x) {
+    return x.abrigo + static_cast<Real>(x.defesa_ksf) + count_offset;
+}
+template <class Real>
+Real king_attack(const SideCounters& x) {
+    return static_cast<Real>(x.atack_ksf) + count_offset;
+}
+
+// Without aggressiveness the pawns' targets can bring a sum below zero.
+template <class Real>
+Real positional_sum(const SideCounters& x) {
+    return std::max<Real>(static_cast<Real>(x.posicao) + static_cast<Real>(x.centro) + points_offset,
+                          least_positional_sum);
+}
+
+template <class Logs>
+typename Logs::Real final_sum(const SumInput& in, const Counters& counters, bool with_hits) {
+    using Real = typename Logs::Real;
+    const SideCounters& own = counters[in.own];
+    const SideCounters& opp = counters[other(in.own)];
+    Real s = in.start;
+    s += advance_per_man<Real>(own);
+    s += pawns_per_square<Real>(own);
+    s -= advance_per_man<Real>(opp);
+    s -= pawns_per_square<Real>(opp);
+    s += weight_of_points * Logs::of_points(own.pontos, opp.pontos);
+    s += static_cast<Real>(castling_term(in));
+    if (with_hits) {
+        s += hits_term<Logs>(weight_of_own_hits, own);
+        s += hits_term<Logs>(weight_of_enemy_hits, opp);
+    }
+    Logs::add_both(s, weight_of_king_safety, king_defence<Real>(own), king_attack<Real>(opp), king_attack<Real>(own),
+                   king_defence<Real>(opp));
+    s += static_cast<Real>(options.MOB) * Logs::of_counts(own.mobilidade, opp.mobilidade);
+    s += static_cast<Real>(options.PM) * Logs::of_ratio(positional_sum<Real>(own), positional_sum<Real>(opp));
+    return s;
 }
 
 }  // namespace
 
-long double termo_do_regimen(double peso, Cor c) {
-    return peso * static_cast<long double>(regimen) * ln_da_razao(contagem[c].alvos + 3, contagem[c].apoios + 3);
+float sum_exactly(const SumInput& in, const Counters& counters) {
+    return static_cast<float>(final_sum<ExactLogs>(in, counters, true));
 }
 
-template <bool com_regimen>
-float julgamento(Cor own, long double inicio) {
-    const Contagem& eu = contagem[own];
-    const Contagem& outro = contagem[outra(own)];
-    long double s = inicio;
-    s += avanco_por_homem(eu);
-    s += peoes_por_casa(eu);
-    s -= avanco_por_homem(outro);
-    s -= peoes_por_casa(outro);
-    s += 2 * ln_da_razao(pontos(eu), pontos(outro));
-    s += termo_do_roque(own);
-    if constexpr (com_regimen) {
-        s += termo_do_regimen(0.01, own);
-        s += termo_do_regimen(0.001, outra(own));
-    }
-    s += 5 * ln_da_razao(defesa(eu), ataque_ao_rei(outro));
-    s += 5 * ln_da_razao(ataque_ao_rei(eu), defesa(outro));
-    s += MOB * ln_da_razao(eu.mobilidade + 3, outro.mobilidade + 3);
-    s += PM * ln_da_razao(posicao_e_centro(eu), posicao_e_centro(outro));
-    return static_cast<float>(s);
-}
-
-template float julgamento<true>(Cor own, long double inicio);
-template float julgamento<false>(Cor own, long double inicio);
-
-float julgamento_rapido(Cor own, float inicio) {
+float sum_quickly(const SumInput& in, const Counters& counters) {
     // The sum in double is off by far less than this; where no float lies so near, both round alike.
-    constexpr double folga = 1e-10;
-    if (cabe_nas_tabelas(contagem[brancas]) && cabe_nas_tabelas(contagem[pretas])) {
-        const double s = soma_aproximada<double>(own, static_cast<double>(inicio));
-        const auto r = static_cast<float>(s - folga);
-        if (r == static_cast<float>(s + folga)) {
+    constexpr double slack = 1e-10;
+    if (fits_tables(counters[white]) && fits_tables(counters[black])) {
+        const double s = final_sum<QuickLogs<double>>(in, counters, true);
+        const auto r = static_cast<float>(s - slack);
+        if (r == static_cast<float>(s + slack)) {
             return r;
         }
     }
-    return julgamento<true>(own, inicio);
+    return sum_exactly(in, counters);
 }
 
-bool julgamento_estimado(Cor own, float inicio, float& estimativa) {
-    const auto firme = [](const Contagem& x) { return cabe_nas_tabelas(x) && x.posicao + x.centro >= 0; };
-    if (!firme(contagem[brancas]) || !firme(contagem[pretas])) {
+bool estimate_sum(const SumInput& in, const Counters& counters, float& estimate) {
+    const auto firm = [](const SideCounters& x) { return fits_tables(x) && x.posicao + x.centro >= 0; };
+    if (!firm(counters[white]) || !firm(counters[black])) {
         return false;
     }
-    estimativa = static_cast<float>(soma_aproximada<float>(own, static_cast<double>(inicio)));
+    estimate = static_cast<float>(final_sum<QuickLogs<float>>(in, counters, true));
     return true;
 }
 
-float limita(float r) { return r > piecesac ? piecesac : (r < -piecesac ? -piecesac : r); }
+float base_value(const SumInput& in, const Counters& counters) {
+    const auto judgement = static_cast<float>(final_sum<ExactLogs>(in, counters, false));
+    long double base = weight_of_base_value * static_cast<long double>(judgement);
+    base += hits_term<ExactLogs>(weight_of_own_hits, counters[in.own]);
+    base += hits_term<ExactLogs>(weight_of_enemy_hits, counters[other(in.own)]);
+    return static_cast<float>(base);
+}
+
+float within_piecesac(float r) { return r > piecesac ? piecesac : (r < -piecesac ? -piecesac : r); }
 
 }  // namespace ondrel

@@ -1,27 +1,43 @@
-// The final sum of a judgement, from the counters of the last walk (contagem).
+// The final sum of a judgement: the logarithms of the ratios between what the two colours count. Told once, for the
+// exact form and for the quick ones. Called for leaves and for the position after a root move.
 #pragma once
 
-#include "base/types.h"
+#include "eval/counters.h"
+#include "eval/weights.h"
 
 namespace ondrel {
 
-// All terms on top of `inicio`, in extended precision and in the order that fixes the rounding. The base value of a
-// root move goes without the terms in regimen.
-template <bool com_regimen>
-float julgamento(Cor own, long double inicio);
+// What a final sum takes besides the counters.
+struct SumInput {
+    Colour own;                // the colour that the engine plays: the sum is in its view
+    std::array<int, 2> roque;  // roque_b, roque_p: castling value of the line, 0 for none
+    float start;               // what the terms are added to
+};
 
-// One term in regimen: hits against support of colour c.
-long double termo_do_regimen(double peso, Cor c);
+// How far the men of a colour have come, per man; and how densely its pawns fill the box of pawns and king.
+template <class Real>
+Real advance_per_man(const SideCounters& x) {
+    return (static_cast<Real>(x.avanco) + advance_offset) / (x.pecas + x.peoes + 1);
+}
+template <class Real>
+Real pawns_per_square(const SideCounters& x) {
+    return static_cast<Real>(x.peoes + 1) / x.caixa();
+}
 
-// The same float as julgamento<true>, in double and by tables where that can be told for certain, and by the rule
-// itself where it cannot.
-float julgamento_rapido(Cor own, float inicio);
+// The sum of all terms, in extended precision and in the order that fixes the rounding; rounded once.
+float sum_exactly(const SumInput& in, const Counters& counters);
 
-// The same in float logarithms, for float sums that are near theirs: leaves it in `estimativa`. False, and nothing left,
-// where a small error in the sums could be a large one in the result.
-bool julgamento_estimado(Cor own, float inicio, float& estimativa);
+// The same float, in double and by tables where that can be told for certain, and by sum_exactly where it cannot.
+float sum_quickly(const SumInput& in, const Counters& counters);
+
+// The same in float logarithms, for float sums that are near theirs. False, and `estimate` as it was, where a small error
+// in the sums could be a large one in the result.
+bool estimate_sum(const SumInput& in, const Counters& counters, float& estimate);
+
+// extraevalll, the base value of a root move: a hundredth of the sum without the terms in regimen, and these behind it.
+float base_value(const SumInput& in, const Counters& counters);
 
 // Within -piecesac..piecesac; what is no number stays so.
-float limita(float r);
+float within_piecesac(float r);
 
 }  // namespace ondrel

@@ -1,37 +1,45 @@
-// The judgement of a leaf at the speed of the tree: the rules of the walk and the final sum, asked in sets of squares
-// and tables. A checked build holds every call against the plain rule.
+// The judgement of a leaf. Called by the leaves of the tree (search/node.h), which estimate first and make the estimate
+// exact where that matters; and through extra_eval and extra_evall, the judgement in one step.
 #pragma once
 
-#include "base/masks.h"
-#include "base/types.h"
+#include "base/square_sets.h"
 
 namespace ondrel {
 
-// Brings what the judgement takes from the root and the options up to date: npecas, materialmaior, agres, agresprxrei,
-// regimen, PM, MOB. Called before a search enters its tree; cheap when nothing has changed.
-void prepara_julgamento(Cor own);
+// What the last judgement left, read by the node at once. extraevalll is written by verifica_estrategia and stays for all
+// leaves under one root move.
+struct Judgement {
+    float extraeval = 0;     // -50..50, score units, in the view of the colour that the engine plays
+    float extraevalll = 0;   // the base value of the root move, score units
+    std::uint8_t EMPAT = 0;  // no side has mating material
+};
+inline Judgement judgement;
 
-// extra_eval_<c> (own = stm) and extra_evall_<c>, but for ddep, on the position t, m: leaves extraeval, EMPAT and
-// contagem.
-template <Cor own, Cor stm>
-void julga_a_folha(const Tabuleiro& t, const Mascaras& m);
+// A leaf: the position after the last move of the line, the kings where the tests last saw them, and the castling values
+// of the line.
+struct Leaf {
+    const PieceSets& sets;
+    std::array<int, 2> king;
+    std::array<int, 2> roque;
+};
 
 // How far at most an estimate lies from the judgement, score units.
-constexpr float folga_da_estimativa = 0.01F;
+constexpr float estimate_slack = 0.01F;
 
-// The same without an order of summation, and so without the board: leaves EMPAT, and in extraeval and in the float sums
-// of contagem an estimate. Tells whether the estimate holds its bound; if it does not, extraeval is as it was.
-template <Cor own, Cor stm>
-bool estima_a_folha(const Mascaras& m);
+// Estimates the leaf for `own`, the colour that the engine plays, with `stm` to move: leaves EMPAT, and in extraeval what
+// lies within estimate_slack of the judgement. False, and extraeval as it was, where that cannot be had.
+template <Colour own, Colour stm>
+bool estimate_leaf(const Leaf& leaf);
 
-// Turns the estimate that was the last call here into the judgement.
-template <Cor own, Cor stm>
-void afina_a_folha(const Tabuleiro& t, const Mascaras& m);
+// Turns the estimate that was the last call here into the judgement. `board` is the leaf in bytes.
+template <Colour own, Colour stm>
+void judge_estimated_leaf(const Leaf& leaf, const Board& board);
 
-#if ONDREL_CHECKED
-// Holds the estimate that was the last call here against the judgement, and leaves everything as the estimate did.
-template <Cor own, Cor stm>
-void prova_a_estimativa(const Tabuleiro& t, const Mascaras& m);
-#endif
+// extra_eval_<own>: judges the position on tab2 after the opponent's move, extra_evall_<own>: after the engine's own.
+// ddep is the node's to raise.
+template <Colour own>
+void extra_eval(const std::array<int, 2>& roque);
+template <Colour own>
+void extra_evall(const std::array<int, 2>& roque);
 
 }  // namespace ondrel

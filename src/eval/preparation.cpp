@@ -1,138 +1,138 @@
 #include "eval/preparation.h"
 
-#include "base/bounds.h"
 #include "base/numeric.h"
+#include "base/options.h"
 #include "board/apply.h"
-#include "eval/walk.h"
+#include "board/game.h"
+#include "eval/judgement.h"
+#include "eval/root_walk.h"
 
 namespace ondrel {
 namespace {
 
-void acha_rei(Cor c) {
-    for (int i = 0; i < 64; ++i) {
-        if (tab[i] == codigo(c, rei)) {
-            p_x_R[c] = i / 8;
-            p_y_R[c] = i % 8;
+constexpr float material_of_king = 110.0F;
+constexpr int nearness_of_king = 15;        // numerators of Xr and XP
+constexpr int nearness_of_bare_king = 375;  // he is hunted
+constexpr int nearness_of_pawn = 75;
+
+void find_king(Colour c) {
+    for (int i = 0; i < squares; ++i) {
+        if (tab[i] == code(c, rei)) {
+            trial.p_xy_R[c] = i;
         }
     }
 }
 
-// A bare king is hunted, and its table weighs more. Below the weight of a king the table stands as it was.
-void preenche_Xr(Cor c) {
-    constexpr float rei_so = 110.0F;
-    if (material_a[c] < rei_so) {
+// Below the weight of a king the table stands as it was.
+void fill_Xr(Colour c) {
+    if (root.material_a[c] < material_of_king) {
         return;
     }
-    const int numerador = material_a[c] == rei_so ? 375 : 15;
-    for (int i = 0; i < 64; ++i) {
-        Xr[c][i] = numerador / proximidade(i / 8, i % 8, p_x_R[c], p_y_R[c]);
+    const int numerator = root.material_a[c] == material_of_king ? nearness_of_bare_king : nearness_of_king;
+    for (int i = 0; i < squares; ++i) {
+        root.Xr[c][i] = numerator / proximidade(i, trial.p_xy_R[c]);
     }
 }
 
-// Nearness to the foremost pawn; of several on one rank, that of the highest file.
-void preenche_XP(Cor c) {
-    XP[c] = {};
-    int peao_mais_avancado = -1;
-    for (int i = 0; i < 8; ++i) {
+// The foremost pawn; of several on one rank, that of the highest file.
+int foremost_pawn(Colour c) {
+    int found = no_square;
+    for (int r = 0; r < 8; ++r) {
         for (int f = 0; f < 8; ++f) {
-            if (tab[casa(f, fila(c, i))] == codigo(c, peao)) {
-                peao_mais_avancado = casa(f, fila(c, i));
-            }
+            const int i = square(f, relative_rank(c, r));
+            found = tab[i] == code(c, peao) ? i : found;
         }
     }
-    if (peao_mais_avancado < 0) {
+    return found;
+}
+
+void fill_XP(Colour c) {
+    root.XP[c] = {};
+    const int pawn = foremost_pawn(c);
+    if (pawn == no_square) {
         return;
     }
-    for (int i = 0; i < 64; ++i) {
-        XP[c][i] = 75 / proximidade(i / 8, i % 8, peao_mais_avancado / 8, peao_mais_avancado % 8);
+    for (int i = 0; i < squares; ++i) {
+        root.XP[c][i] = nearness_of_pawn / proximidade(i, pawn);
     }
 }
 
-void conta_material() {
-    std::array<int, 2> peoes{};
-    material_a = {};
-    npecas = {};
-    npecas_dp = {};
+void count_material() {
+    std::array<int, 2> pawns{};
+    root.material_a = {};
+    root.npecas = {};
     for (const int x : tab) {
-        if (x == vazia) {
+        if (x == no_piece) {
             continue;
         }
-        const Cor c = x > 0 ? brancas : pretas;
-        const int v = valor_da_peca(x);
-        material_a[c] += static_cast<float>(v);
-        npecas[c] += v != rei ? 1 : 0;
-        npecas_dp[c] += v != rei && v != peao ? 1 : 0;
-        peoes[c] += v == peao ? 1 : 0;
+        const Colour c = colour_of(x);
+        root.material_a[c] += static_cast<float>(value_of(x));
+        root.npecas[c] += value_of(x) != rei ? 1 : 0;
+        pawns[c] += value_of(x) == peao ? 1 : 0;
     }
-    for (const Cor c : {brancas, pretas}) {
-        materialmaior[c] = material_a[c] - 10.0F * static_cast<float>(peoes[c]) - 110.0F;
+    for (const Colour c : {white, black}) {
+        root.materialmaior[c] = root.material_a[c] - 10.0F * static_cast<float>(pawns[c]) - material_of_king;
     }
-    const Cor minha = joga_com_b ? brancas : pretas;
-    materialflot0 = material_a[minha] - material_a[outra(minha)];
+    const Colour own = side_to_search();
+    root.materialflot0 = root.material_a[own] - root.material_a[other(own)];
 }
-
-long double avanco_por_homem(const Contagem& x) {
-    return (static_cast<long double>(x.avanco) + 0.1) / (x.pecas + x.peoes + 1);
-}
-long double peoes_por_casa(const Contagem& x) { return static_cast<long double>(x.peoes + 1) / x.caixa(); }
 
 // The balance of the root position. Total material and advancement count against the engine here.
-void equilibra(Cor own) {
-    contagem = {};
-    Caminhada<Passeio::balanco, brancas, brancas>(tab, contagem).percorre();
-    const Contagem& eu = contagem[own];
-    const Contagem& outro = contagem[outra(own)];
-    long double s = 0.1 * ln_da_razao(static_cast<long double>(material_a[outra(own)]) + 0.1,
-                                      static_cast<long double>(material_a[own]) + 0.1);
-    s += 2 * ln_da_razao(static_cast<long double>(eu.pontos) + 10.1, static_cast<long double>(outro.pontos) + 10.1);
-    s += 5 * ln_da_razao(static_cast<long double>(eu.defesa_ksf) + 3 + eu.abrigo,
-                         static_cast<long double>(outro.atack_ksf) + 3);
-    s += 5 * ln_da_razao(static_cast<long double>(eu.atack_ksf) + 3,
-                         static_cast<long double>(outro.defesa_ksf) + 3 + outro.abrigo);
-    s += MOB * ln_da_razao(eu.mobilidade + 3, outro.mobilidade + 3);
-    s += avanco_por_homem(outro);
-    s -= avanco_por_homem(eu);
-    s += peoes_por_casa(eu);
-    s -= peoes_por_casa(outro);
-    regimen = static_cast<float>(s);
+float balance(Colour own) {
+    using Real = long double;
+    prepare_weights(own);
+    const Counters counters = count_all<white, AllCounters<LegalMove, false>>(tab, trial.p_xy_R);
+    const SideCounters& me = counters[own];
+    const SideCounters& opp = counters[other(own)];
+    const auto defence = [](const SideCounters& x) {
+        return static_cast<Real>(x.defesa_ksf) + count_offset + x.abrigo;
+    };
+    const auto attack = [](const SideCounters& x) { return static_cast<Real>(x.atack_ksf) + count_offset; };
+    const auto material = [](Colour c) { return static_cast<Real>(root.material_a[c]) + advance_offset; };
+    const auto points = [](const SideCounters& x) { return static_cast<Real>(x.pontos) + points_offset; };
+    Real s = weight_of_material_in_balance * log_of_ratio(material(other(own)), material(own));
+    s += weight_of_points * log_of_ratio(points(me), points(opp));
+    s += weight_of_king_safety * log_of_ratio(defence(me), attack(opp));
+    s += weight_of_king_safety * log_of_ratio(attack(me), defence(opp));
+    s += options.MOB * log_of_ratio(me.mobilidade + count_offset, opp.mobilidade + count_offset);
+    s += advance_per_man<Real>(opp);
+    s -= advance_per_man<Real>(me);
+    s += pawns_per_square<Real>(me);
+    s -= pawns_per_square<Real>(opp);
+    return static_cast<float>(s);
 }
 
 // What a later preparation may find as this one left it.
-void prepara_o_que_fica() {
-    for (const Cor c : {pretas, brancas}) {
-        acha_rei(c);
-        preenche_Xr(c);
+void prepare_what_stays() {
+    for (const Colour c : {black, white}) {
+        find_king(c);
+        fill_Xr(c);
     }
-    extraeval = 0;
-    conta_material();
-    X = 1;
+    count_material();
 }
 
 // What the next preparation makes anew.
-void prepara_o_que_passa() {
-    preenche_XP(pretas);
-    preenche_XP(brancas);
-    equilibra(joga_com_b ? brancas : pretas);
+void prepare_what_passes() {
+    fill_XP(black);
+    fill_XP(white);
+    root.regimen = balance(side_to_search());
 }
 
 }  // namespace
 
-void init_tabuleiro(bool mais_lances) {
-    aplica_na_raiz();
-    prepara_o_que_fica();
-    if (!mais_lances) {
-        prepara_o_que_passa();
+void init_tabuleiro(bool more_moves) {
+    apply_to_root();
+    prepare_what_stays();
+    if (!more_moves) {
+        prepare_what_passes();
     }
-    pp = 0;
-    if (!deeppromo) {
-        PRe = '0';
-    }
+    game_line.PRe = '0';
 }
 
-void prepara_posicao_do_fen() {
-    conta_material();
-    prepara_o_que_fica();
-    prepara_o_que_passa();
+void prepare_position_of_fen() {
+    count_material();
+    prepare_what_stays();
+    prepare_what_passes();
 }
 
 }  // namespace ondrel

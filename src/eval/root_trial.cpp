@@ -1,8 +1,7 @@
 #include "eval/root_trial.h"
 
-#include "base/root.h"
 #include "board/apply.h"
-#include "board/castling.h"
+#include "board/game.h"
 
 #include <algorithm>
 #include <span>
@@ -12,159 +11,154 @@ namespace {
 
 // --- MATRIZ ---
 
+// The phases of the game by its half-moves.
+constexpr int opening_moves = 30;
+constexpr int late_moves = 70;
+
 // A small ending named by the enemy's material, king included, and his men.
-struct Final {
-    int material, homens;
+struct Ending {
+    int material, men;
 };
 
-bool contem(std::span<const Final> finais, float material, int homens) {
-    return std::ranges::any_of(
-        finais, [&](Final x) { return static_cast<float>(x.material) == material && x.homens == homens; });
+bool contains(std::span<const Ending> endings, float material, int men) {
+    return std::ranges::any_of(endings,
+                               [&](Ending x) { return static_cast<float>(x.material) == material && x.men == men; });
 }
 
-bool contem(std::span<const int> materiais, float material) {
-    return std::ranges::any_of(materiais, [&](int x) { return static_cast<float>(x) == material; });
+bool contains(std::span<const int> materials, float material) {
+    return std::ranges::any_of(materials, [&](int x) { return static_cast<float>(x) == material; });
 }
 
-constexpr std::array poucas_pecas{153, 163, 186, 152, 162, 184, 185};
-constexpr std::array<Final, 15> finais_de_peao{{{173, 4},
-                                                {183, 5},
-                                                {196, 4},
-                                                {206, 5},
-                                                {216, 6},
-                                                {172, 4},
-                                                {182, 5},
-                                                {194, 4},
-                                                {204, 5},
-                                                {214, 6},
-                                                {195, 4},
-                                                {205, 5},
-                                                {215, 6},
-                                                {170, 2},
-                                                {180, 3}}};
-constexpr std::array<Final, 6> finais_proprios{{{142, 1}, {143, 1}, {160, 1}, {174, 2}, {175, 2}, {176, 2}}};
+constexpr float bare_king = 110.0F;
+constexpr std::array pawns_only{120, 130, 150};
+constexpr Ending no_three_pawns{140, 1};  // the same material in one man
+constexpr std::array few_pieces{153, 163, 186, 152, 162, 184, 185};
+constexpr std::array<Ending, 15> endings_with_pawns{{{173, 4},
+                                                     {183, 5},
+                                                     {196, 4},
+                                                     {206, 5},
+                                                     {216, 6},
+                                                     {172, 4},
+                                                     {182, 5},
+                                                     {194, 4},
+                                                     {204, 5},
+                                                     {214, 6},
+                                                     {195, 4},
+                                                     {205, 5},
+                                                     {215, 6},
+                                                     {170, 2},
+                                                     {180, 3}}};
+constexpr std::array<Ending, 6> endings_of_own_pawns{{{142, 1}, {143, 1}, {160, 1}, {174, 2}, {175, 2}, {176, 2}}};
+constexpr int divisor_for_own_pawns = 5;
 
 // The king's destination by the ending on the board; later cases overwrite earlier ones.
-template <Cor c>
-int matriz_do_rei(int para) {
-    constexpr float rei_so = 110.0F;
-    const float m = material_a[outra(c)];
-    const float w = material_a[c];
-    const int n = npecas[outra(c)];
-    int valor = 0;
-    if (m == rei_so) {
-        valor = Xr[outra(c)][para] + XP[c][para];
+template <Colour c>
+int value_for_king(int to) {
+    const float m = root.material_a[other(c)];
+    const float w = root.material_a[c];
+    const int n = root.npecas[other(c)];
+    const bool three_pawns = m == static_cast<float>(no_three_pawns.material) && n != no_three_pawns.men;
+    int value = 0;
+    if (m == bare_king) {
+        value = root.Xr[other(c)][to] + root.XP[c][to];
     }
-    if (w == rei_so) {
-        valor = posix_reifinal[c][para] + XP[outra(c)][para];
+    if (w == bare_king) {
+        value = tables.posix_reifinal[c][to] + root.XP[other(c)][to];
     }
-    if (m == 120.0F || m == 130.0F || m == 150.0F || (m == 140.0F && n != 1)) {
-        valor = XP[outra(c)][para];
+    if (contains(pawns_only, m) || three_pawns || contains(few_pieces, m) || contains(endings_with_pawns, m, n)) {
+        value = root.XP[other(c)][to];
     }
-    if (contem(poucas_pecas, m)) {
-        valor = XP[outra(c)][para];
+    if (w != bare_king && contains(endings_of_own_pawns, m, n)) {
+        value = root.XP[c][to] / divisor_for_own_pawns;
     }
-    if (contem(finais_de_peao, m, n)) {
-        valor = XP[outra(c)][para];
-    }
-    if (w != rei_so && contem(finais_proprios, m, n)) {
-        valor = XP[c][para] / 5;
-    }
-    return valor;
+    return value;
 }
 
-template <Cor c>
-int matriz_do_peao(int para) {
-    if (nb < 30) {
-        return posix_peao_inici[c][para];
+template <Colour c>
+int value_for_pawn(int to) {
+    if (game_line.nb < opening_moves) {
+        return tables.posix_peao_inici[c][to];
     }
-    return (nb < 70 ? posix_peao_medio : posix_peao_final)[c][para];
+    return (game_line.nb < late_moves ? tables.posix_peao_medio : posix_peao_final)[c][to];
 }
 
-template <Cor c>
-void avalia_destino(Lance m) {
-    const int para = m.destino();
-    const int perto_do_rei = Xr[outra(c)][para];
-    MATRIZ = 0;
-    incentiva_promo = 0;
-    switch (tab[m.origem()]) {
-        case codigo(c, peao):
-            MATRIZ = matriz_do_peao<c>(para);
-            incentiva_promo = nb >= 70 ? 1 : 0;
-            break;
-        case codigo(c, bispo): MATRIZ = posix_bispo[c][para] + perto_do_rei; break;
-        case codigo(c, cavalo): MATRIZ = posix_cavalo[c][para] + perto_do_rei; break;
-        case codigo(c, torre): MATRIZ = posix_torre[c][para] + perto_do_rei; break;
-        case codigo(c, dama): MATRIZ = posix_dama[c][para] + perto_do_rei; break;
-        case codigo(c, rei): MATRIZ = matriz_do_rei<c>(para); break;
-        default: break;
+template <Colour c>
+int value_of_destination(Move m) {
+    const int to = m.to();
+    const int near_king = root.Xr[other(c)][to];
+    switch (tab[m.from()]) {
+        case code(c, peao): return value_for_pawn<c>(to);
+        case code(c, bispo): return tables.posix_bispo[c][to] + near_king;
+        case code(c, cavalo): return tables.posix_cavalo[c][to] + near_king;
+        case code(c, torre): return tables.posix_torre[c][to] + near_king;
+        case code(c, dama): return tables.posix_dama[c][to] + near_king;
+        case code(c, rei): return value_for_king<c>(to);
+        default: return 0;
     }
 }
 
 // --- Attack maps ---
 
-void ataca_casa(Ataques& mapas, TabelaInteira& mapa, int f, int r) {
-    if (no_tabuleiro(f, r)) {
-        ++mapa[casa(f, r)];
-        ++mapas.N_A[casa(f, r)];
+void attack_square(AttackMaps& maps, IntTable& map, int f, int r) {
+    if (on_board(f, r)) {
+        ++map[square(f, r)];
+        ++maps.N_A[square(f, r)];
     }
 }
 
-template <std::size_t quantos>
-void salta(Ataques& mapas, TabelaInteira& mapa, int f, int r, const std::array<Passo, quantos>& passos) {
-    for (const Passo s : passos) {
-        ataca_casa(mapas, mapa, f + s.file, r + s.rank);
+void map_leaps(AttackMaps& maps, IntTable& map, int i, std::span<const Step> steps) {
+    for (const Step s : steps) {
+        attack_square(maps, map, file_of(i) + s.file, rank_of(i) + s.rank);
     }
 }
 
-template <std::size_t quantos>
-void desliza(Ataques& mapas, TabelaInteira& mapa, int f, int r, const std::array<Passo, quantos>& passos) {
-    for (const Passo s : passos) {
-        for (int cf = f + s.file, cr = r + s.rank; no_tabuleiro(cf, cr); cf += s.file, cr += s.rank) {
-            ataca_casa(mapas, mapa, cf, cr);
-            if (tab2[casa(cf, cr)] != vazia) {
+void map_rays(AttackMaps& maps, IntTable& map, int i, std::span<const Step> steps) {
+    for (const Step s : steps) {
+        for (int f = file_of(i) + s.file, r = rank_of(i) + s.rank; on_board(f, r); f += s.file, r += s.rank) {
+            attack_square(maps, map, f, r);
+            if (trial.tab2[square(f, r)] != no_piece) {
                 break;
             }
         }
     }
 }
 
-void mapeia_homem(Cor c, int v, int f, int r) {
-    Ataques& mapas = ataca[c];
-    switch (v) {
-        case peao:
-            ataca_casa(mapas, mapas.peao, f + 1, r + sinal(c));
-            ataca_casa(mapas, mapas.peao, f - 1, r + sinal(c));
-            break;
-        case cavalo: salta(mapas, mapas.cavalo, f, r, saltos_do_cavalo); break;
-        case bispo: desliza(mapas, mapas.bispo, f, r, passos_do_bispo); break;
-        case torre: desliza(mapas, mapas.torre, f, r, passos_da_torre); break;
-        case dama: desliza(mapas, mapas.dama, f, r, passos_da_dama); break;
-        default: salta(mapas, mapas.rei, f, r, passos_do_rei); break;
+void map_man(int x, int i) {
+    const Colour c = colour_of(x);
+    AttackMaps& maps = root_trial.maps[c];
+    switch (value_of(x)) {
+        case peao: {
+            const std::array<Step, 2> captures{{{1, forward(c)}, {-1, forward(c)}}};
+            return map_leaps(maps, maps.peao_ataca, i, captures);
+        }
+        case cavalo: return map_leaps(maps, maps.cavalo_ataca, i, knight_steps);
+        case bispo: return map_rays(maps, maps.bispo_ataca, i, bishop_steps);
+        case torre: return map_rays(maps, maps.torre_ataca, i, rook_steps);
+        case dama: return map_rays(maps, maps.dama_ataca, i, queen_steps);
+        default: return map_leaps(maps, maps.rei_ataca, i, king_steps);
     }
 }
 
-void mapeia_ataques() {
-    ataca = {};
-    for (int i = 0; i < 64; ++i) {
-        if (const int x = tab2[i]; x != vazia) {
-            mapeia_homem(x > 0 ? brancas : pretas, valor_da_peca(x), i / 8, i % 8);
+void map_attacks() {
+    root_trial.maps = {};
+    for (int i = 0; i < squares; ++i) {
+        if (trial.tab2[i] != no_piece) {
+            map_man(trial.tab2[i], i);
         }
     }
 }
 
 }  // namespace
 
-void init_tabuleiro2(Lance m) {
-    porta_do_passe(m);
-    if (joga_com_b) {
-        avalia_destino<brancas>(m);
-        experimenta<brancas>(tab, jm, m);
-    } else {
-        avalia_destino<pretas>(m);
-        experimenta<pretas>(tab, jm, m);
-    }
-    mapeia_ataques();
+template <Colour c>
+void init_tabuleiro2(Move m) {
+    root_trial.MATRIZ = value_of_destination<c>(m);
+    root_trial.incentiva_promo = tab[m.from()] == code(c, peao) && game_line.nb >= late_moves ? 1 : 0;
+    try_move<c>(tab, jm, m);
+    map_attacks();
 }
+
+template void init_tabuleiro2<white>(Move m);
+template void init_tabuleiro2<black>(Move m);
 
 }  // namespace ondrel

@@ -1,383 +1,419 @@
-// The walk of the board that all judgements share.
+// The walk of the board, told once: men in scan order, each with its terms in the order of the rule. Who walks gives a
+// sink that takes what the walk finds: the exact float sums of a leaf (leaf_sums.h), or all counters of a position at
+// the root (root_walk.h). The order of the terms is the order of summation: each float sum is rounded at every step.
+//
+// In all of these c is the colour of the man at hand and stm the side to move. A sink has:
+//   counts                          whether it wants the whole-number counters
+//   cursor(c), commit(c, cursor)    where the squares that c attacks go: cursor.mark(squares in order, how many)
+//   whole(c, term), real(c, term)   terms of posicao_<c>
+//   man_done()                      called after each man
+// and, where it counts, side[c] and moves<c>(view, from, to), the number of moves that count as mobility.
 #pragma once
 
 #include "base/options.h"
-#include "base/root.h"
-#include "eval/mobility.h"
+#include "eval/counters.h"
+#include "eval/rays.h"
+#include "eval/weights.h"
 
 namespace ondrel {
 
-// What a walk is for. The balance of the root position takes neither positional terms nor sides; the base value of a
-// root move counts legal moves only, as the balance does.
-enum class Passeio { folha, base, balanco };
-
-// Walks the board t for the judgement of `own` with `stm` to move and leaves the counters in `lado`, cleared by the
-// caller. Reads the king squares, npecas, materialmaior and the options agres and agresprxrei.
-template <Passeio tipo, Cor own, Cor stm>
-class Caminhada {
-public:
-    Caminhada(const Tabuleiro& t, std::array<Contagem, 2>& lado) : t_(t), lado_(lado) {}
-
-    void percorre() {
-        for (int f = 0; f < 8; ++f) {
-            for (int r = 0; r < 8; ++r) {
-                const int x = t_[casa(f, r)];
-                if (x > 0) {
-                    homem<brancas>(f, r, x);
-                } else if (x < 0) {
-                    homem<pretas>(f, r, -x);
-                }
-            }
-        }
-    }
-
-private:
-    static constexpr bool posicional = tipo != Passeio::balanco;
-    static constexpr bool so_legais = tipo != Passeio::folha;
-
-    const Tabuleiro& t_;
-    std::array<Contagem, 2>& lado_;
-
-    template <Cor c>
-    void posicao(double termo) {
-        if constexpr (posicional) {
-            soma(lado_[c].posicao, termo);
-        }
-    }
-
-    // The enemy is down to a queen or less: kings count, pawns are weighed by their way to promotion.
-    template <Cor c>
-    static bool final_para() {
-        return materialmaior[outra(c)] <= 90.0F;
-    }
-
-    // Scale of the king-proximity terms of c.
-    template <Cor c>
-    static double ap() {
-        return c == own ? static_cast<double>(agresprxrei) : 1.0;
-    }
-
-    template <Cor c>
-    static int perto_do_rei_inimigo(int f, int r) {
-        return proximidade(f, r, p_x_R[outra(c)], p_y_R[outra(c)]);
-    }
-
-    template <Cor c>
-    static int perto_do_proprio_rei(int f, int r) {
-        return proximidade(f, r, p_x_R[c], p_y_R[c]);
-    }
-
-    template <Cor c>
-    [[nodiscard]] bool peao_em(int f, int r) const {
-        return no_tabuleiro(f, r) && t_[casa(f, r)] == codigo(c, peao);
-    }
-
-    // One more move for c, if it counts.
-    template <Cor c>
-    void move(int f, int r, int para_f, int para_r) {
-        if constexpr (so_legais) {
-            verifica_liberdade(c, t_, {f, r, para_f, para_r});
-            if (YY) {
-                return;
-            }
-        }
-        ++lado_[c].mobilidade;
-    }
-
-    template <Cor c>
-    void homem(int f, int r, int x) {
-        lado_[c].avanco += fila(c, r) + 1;
-        switch (x) {
-            case peao: return homem_peao<c>(f, r);
-            case cavalo: return homem_cavalo<c>(f, r);
-            case bispo: return homem_bispo<c>(f, r);
-            case torre: return homem_torre<c>(f, r);
-            case dama: return homem_dama<c>(f, r);
-            default: return homem_rei<c>(f, r);
-        }
-    }
-
-    // --- Attacks ---
-
-    // Judges one attacked square: the mark first, then what it holds.
-    template <Cor c, Peca quem>
-    void ataca(int f, int r, Passo passo, int para_f, int para_r) {
-        Contagem& eu = lado_[c];
-        King_safety(c, eu, para_f, para_r);
-        const int x = t_[casa(para_f, para_r)];
-        if (x == vazia) {
-            move<c>(f, r, para_f, para_r);
-        } else if (da_cor(c, x)) {
-            ++eu.apoios;
-            apoia<c, quem>(valor_da_peca(x), passo);
-        } else {
-            move<c>(f, r, para_f, para_r);
-            ++eu.alvos;
-            if constexpr (c == stm && (quem == cavalo || quem == bispo || quem == torre)) {
-                if (valor_da_peca(x) > quem) {
-                    posicao<c>(valor_da_peca(x) - quem);
-                }
-            }
-        }
-    }
-
-    // A rook or queen behind an own rook or queen.
-    template <Cor c, Peca quem>
-    void apoia(int v, Passo passo) {
-        if (v != torre && v != dama) {
-            return;
-        }
-        if constexpr (quem == torre) {
-            posicao<c>(passo.rank == 0 ? 3.0 : 5.0);
-        } else if constexpr (quem == dama) {
-            posicao<c>(1.0);
-        }
-    }
-
-    template <Cor c, Peca quem, std::size_t quantos>
-    void salta(int f, int r, const std::array<Passo, quantos>& passos) {
-        for (const Passo s : passos) {
-            if (no_tabuleiro(f + s.file, r + s.rank)) {
-                ataca<c, quem>(f, r, s, f + s.file, r + s.rank);
-            }
-        }
-    }
-
-    template <Cor c, Peca quem, std::size_t quantos>
-    void desliza(int f, int r, const std::array<Passo, quantos>& passos) {
-        for (const Passo s : passos) {
-            for (int cf = f + s.file, cr = r + s.rank; no_tabuleiro(cf, cr); cf += s.file, cr += s.rank) {
-                ataca<c, quem>(f, r, s, cf, cr);
-                if (t_[casa(cf, cr)] != vazia) {
-                    break;
-                }
-            }
-        }
-    }
-
-    // --- Pieces, by the rows of their terms ---
-
-    template <Cor c>
-    void conta_peca(int pontos) {
-        ++lado_[c].pecas;
-        lado_[c].pontos += pontos;
-    }
-
-    template <Cor c>
-    void desenvolvida(int r) {
-        if (fila(c, r) != 0) {
-            posicao<c>(15.0);
-        }
-    }
-
-    template <Cor c>
-    void homem_cavalo(int f, int r) {
-        conta_peca<c>(3);
-        desenvolvida<c>(r);
-        const double centro_aqui = centro[casa(f, r)];
-        if (homens() < 15) {
-            posicao<c>(15.0 * ap<c>() / perto_do_rei_inimigo<c>(f, r) + 10.0 * centro_aqui);
-        } else {
-            posicao<c>(5.0 * ap<c>() / perto_do_rei_inimigo<c>(f, r) + 25.0 * centro_aqui);
-        }
-        salta<c, cavalo>(f, r, saltos_do_cavalo);
-    }
-
-    template <Cor c>
-    void homem_bispo(int f, int r) {
-        conta_peca<c>(3);
-        desenvolvida<c>(r);
-        if (f == r || f + r == 7) {
-            posicao<c>(homens() >= 15 ? 11.0 : 5.0);
-        }
-        desliza<c, bispo>(f, r, passos_do_bispo);
-    }
-
-    template <Cor c>
-    void homem_torre(int f, int r) {
-        conta_peca<c>(5);
-        if (f != 0 && f != 7) {
-            posicao<c>(15.0);
-        }
-        if (homens() < 15) {
-            posicao<c>(10.0 * ap<c>() / perto_do_rei_inimigo<c>(f, r));
-        }
-        if (homens() < 11 && fila(c, r) >= 6) {
-            posicao<c>(11.0);
-        }
-        desliza<c, torre>(f, r, passos_da_torre);
-    }
-
-    template <Cor c>
-    void homem_dama(int f, int r) {
-        conta_peca<c>(9);
-        desenvolvida<c>(r);
-        const double centro_aqui = centro[casa(f, r)];
-        if (homens() < 15) {
-            posicao<c>(25.0 * ap<c>() / perto_do_rei_inimigo<c>(f, r) + 15.0 * centro_aqui);
-        } else {
-            posicao<c>(5.0 * ap<c>() / perto_do_rei_inimigo<c>(f, r) + 10.0 * centro_aqui);
-        }
-        desliza<c, dama>(f, r, passos_da_dama);
-    }
-
-    template <Cor c>
-    void alarga_caixa(int f, int r) {
-        Contagem& eu = lado_[c];
-        eu.menor_file = f < eu.menor_file ? f : eu.menor_file;
-        eu.maior_file = f > eu.maior_file ? f : eu.maior_file;
-        eu.menor_rank = r < eu.menor_rank ? r : eu.menor_rank;
-        eu.maior_rank = r > eu.maior_rank ? r : eu.maior_rank;
-    }
-
-    template <Cor c>
-    void homem_rei(int f, int r) {
-        alarga_caixa<c>(f, r);
-        if (final_para<c>()) {
-            posicao<c>(50.0 * static_cast<double>(centro[casa(f, r)]));
-        }
-        if (npecas[outra(c)] == 0) {
-            posicao<c>(75.0 * ap<c>() / perto_do_rei_inimigo<c>(f, r));
-        }
-        if (final_para<c>()) {
-            salta<c, rei>(f, r, passos_do_rei);
-        }
-    }
-
-    // --- Pawns, by the items of their terms ---
-
-    template <Cor c>
-    void homem_peao(int f, int r) {
-        ++lado_[c].peoes;
-        alarga_caixa<c>(f, r);
-        if (final_para<c>()) {
-            peao_no_final<c>(f, r);
-        } else {
-            peao_abriga_e_marca<c>(f, r);
-        }
-        for (const int lado_file : {1, -1}) {
-            peao_captura<c>(f, r, lado_file);
-        }
-        peao_avanca<c>(f, r);
-        if constexpr (posicional) {
-            peao_estrutura<c>(f, r);
-            for (const int lado_file : {1, -1}) {
-                peao_rompe<c>(f, r, lado_file);
-            }
-            peao_passado<c>(f, r);
-        }
-    }
-
-    template <Cor c>
-    void peao_abriga_e_marca(int f, int r) {
-        const int a_frente = sinal(c) * (r - p_y_R[c]);
-        if (f - p_x_R[c] >= -1 && f - p_x_R[c] <= 1 && a_frente >= 0 && a_frente <= 2) {
-            ++lado_[c].abrigo;
-        }
-        for (const int lado_file : {1, -1}) {
-            if (no_tabuleiro(f + lado_file, r + sinal(c))) {
-                King_safety(c, lado_[c], f + lado_file, r + sinal(c));
-            }
-        }
-    }
-
-    // A pawn draws both kings toward it.
-    template <Cor c>
-    void peao_no_final(int f, int r) {
-        posicao<c>(100.0 * static_cast<double>(promo[c][casa(f, r)]) + 25.0 / perto_do_proprio_rei<c>(f, r));
-        posicao<outra(c)>(25.0 / perto_do_rei_inimigo<c>(f, r));
-    }
-
-    template <Cor c>
-    void peao_captura(int f, int r, int lado_file) {
-        const int para_f = f + lado_file;
-        const int para_r = r + sinal(c);
-        if (!no_tabuleiro(para_f, para_r) || !da_cor(outra(c), t_[casa(para_f, para_r)])) {
-            return;
-        }
-        const int v = valor_da_peca(t_[casa(para_f, para_r)]);
-        move<c>(f, r, para_f, para_r);
-        ++lado_[c].alvos;
-        if constexpr (c == stm) {
-            posicao<c>(v * static_cast<double>(agres) - 10.0);
-        } else if (v > peao && (peao_em<c>(f + 1, r - sinal(c)) || peao_em<c>(f - 1, r - sinal(c)))) {
-            posicao<c>(v / 2);
-        }
-    }
-
-    template <Cor c>
-    void peao_avanca(int f, int r) {
-        const int um = r + sinal(c);
-        if (!no_tabuleiro(f, um) || t_[casa(f, um)] != vazia) {
-            return;
-        }
-        move<c>(f, r, f, um);
-        if (fila(c, r) == 1 && t_[casa(f, um + sinal(c))] == vazia) {
-            move<c>(f, r, f, um + sinal(c));
-        }
-    }
-
-    template <Cor c>
-    void peao_estrutura(int f, int r) {
-        for (const int lado_file : {1, -1}) {
-            const int para_f = f + lado_file;
-            const int para_r = r + sinal(c);
-            if (no_tabuleiro(para_f, para_r) && da_cor(c, t_[casa(para_f, para_r)])) {
-                ++lado_[c].apoios;
-            }
-        }
-        if (fila(c, r) == 6) {
-            posicao<c>(100.0);
-        }
-        for (const int lado_file : {1, -1}) {
-            if (peao_em<c>(f + lado_file, r)) {
-                posicao<c>(13.0);
-            }
-        }
-        for (const int lado_file : {1, -1}) {
-            if (peao_em<c>(f + lado_file, r + sinal(c))) {
-                posicao<c>(11.0);
-            }
-        }
-    }
-
-    // Breakthrough: nobody to stop this pawn once it has captured toward lado_file.
-    template <Cor c>
-    void peao_rompe(int f, int r, int lado_file) {
-        const int para_f = f + lado_file;
-        const int para_r = r + sinal(c);
-        if (!no_tabuleiro(para_f, para_r) || peao_em<brancas>(para_f, para_r) || peao_em<pretas>(para_f, para_r)) {
-            return;
-        }
-        if (fila(c, r) + 2 > 6) {
-            return;
-        }
-        for (int i = fila(c, r) + 2; i <= 6; ++i) {
-            if (peao_em<outra(c)>(f, fila(c, i)) || peao_em<outra(c)>(f + 2 * lado_file, fila(c, i))) {
-                return;
-            }
-        }
-        posicao<c>(25.0);
-    }
-
-    template <Cor c>
-    void peao_passado(int f, int r) {
-        for (int i = fila(c, r) + 1; i <= 6; ++i) {
-            const int cr = fila(c, i);
-            if (peao_em<c>(f, cr) || peao_em<outra(c)>(f, cr) || peao_em<outra(c)>(f + 1, cr) ||
-                peao_em<outra(c)>(f - 1, cr)) {
-                return;
-            }
-            for (const int lado_file : {1, -1}) {
-                if (peao_em<c>(f + lado_file, cr)) {
-                    posicao<c>(10.0);
-                }
-            }
-            if (i == 6) {
-                posicao<c>(33.0);
-            }
-        }
-    }
+struct View {
+    const Board& board;
+    const PieceSets& sets;
+    SeenMen men;
+    std::array<int, 2> king;  // p_xy_R: where the tests last saw the kings, not necessarily on this board
 };
+
+inline View view_of(const Board& board, const PieceSets& sets, const std::array<int, 2>& king) {
+    return {board, sets, seen_men(sets.occupied()), king};
+}
+
+namespace walking {
+
+template <Colour c>
+int near_enemy_king(const View& v, int i) {
+    return nearness[i][v.king[other(c)]];
+}
+
+// --- Attacks ---
+
+template <Colour c, class Sink>
+void count_attacks(const View& v, Sink& s, int from, SquareSet attacked) {
+    if constexpr (Sink::counts) {
+        const SquareSet own = v.sets.of_colour[c];
+        s.side[c].apoios += std::popcount(attacked & own);
+        s.side[c].alvos += std::popcount(attacked & v.sets.of_colour[other(c)]);
+        s.side[c].mobilidade += s.template moves<c>(v, from, attacked & ~own);
+    }
+}
+
+// A man of the side to move looks for richer enemies; the queen gets no term for what it attacks.
+template <Colour stm, Colour c, Piece who>
+constexpr bool hunts = c == stm && (who == cavalo || who == bispo || who == torre);
+
+// The men that bring a term when they are met by an attack of this kind.
+template <Colour stm, Colour c, Piece who>
+SquareSet men_with_a_term(const PieceSets& m) {
+    SquareSet men = 0;
+    if constexpr (hunts<stm, c, who>) {
+        for (const Piece x : {bispo, torre, dama, rei}) {
+            men |= x > who ? m.of(other(c), x) : 0;
+        }
+    }
+    if constexpr (who == torre || who == dama) {
+        men |= m.of_colour[c] & m.rooks_and_queens();
+    }
+    return men;
+}
+
+// The term of the man met on i: a richer enemy, or an own rook or queen that a rook or queen backs.
+template <Colour stm, Colour c, Piece who, class Sink>
+void meet(const View& v, Sink& s, int i, bool on_the_rank) {
+    const int x = forward(c) * v.board[i];
+    if (x < 0) {
+        if (hunts<stm, c, who> && -x > who) {
+            s.whole(c, -x - who);
+        }
+    } else if ((who == torre || who == dama) && (x == torre || x == dama)) {
+        s.whole(c, who == dama ? queen_backs : (on_the_rank ? rook_backs_along_rank : rook_backs_along_file));
+    }
+}
+
+template <Colour stm, Colour c, Piece who, class Sink>
+void leap(const View& v, Sink& s, int i, const Leaps& leaps) {
+    auto cursor = s.cursor(c);
+    cursor.mark(leaps.in_order.data(), leaps.count);
+    s.commit(c, cursor);
+    count_attacks<c>(v, s, i, leaps.to);
+    if (who == cavalo && (leaps.to & men_with_a_term<stm, c, who>(v.sets)) != 0) {
+        for (int k = 0; k < leaps.count; ++k) {
+            if (v.board[leaps.in_order[k]] != no_piece) {
+                meet<stm, c, who>(v, s, leaps.in_order[k], false);
+            }
+        }
+    }
+}
+
+// Marks a ray up to its first man.
+template <int d, class Cursor>
+SquareSet mark_ray(const View& v, Cursor& cursor, int i) {
+    const SquareSet attacked = reach<d>(i, v.men).attacked;
+    cursor.mark(ray_in_order[d][i].data(), std::popcount(attacked));
+    return attacked;
+}
+
+template <Colour stm, Colour c, Piece who, int d, class Sink>
+void meet_on_ray(const View& v, Sink& s, int i, SquareSet men) {
+    if (const SquareSet met = men & ray[d][i]; met != 0) {
+        meet<stm, c, who>(v, s, first_square(met), along_rank(d));
+    }
+}
+
+template <Colour stm, Colour c, Piece who, class Sink, int... d>
+void slide(const View& v, Sink& s, int i, std::integer_sequence<int, d...>) {
+    auto cursor = s.cursor(c);
+    SquareSet attacked = 0;
+    ((attacked |= mark_ray<d>(v, cursor, i)), ...);
+    s.commit(c, cursor);
+    count_attacks<c>(v, s, i, attacked);
+    if (const SquareSet men = attacked & men_with_a_term<stm, c, who>(v.sets); men != 0) {
+        (meet_on_ray<stm, c, who, d>(v, s, i, men), ...);
+    }
+}
+
+// --- Pieces, by the rows of their terms ---
+
+template <Colour c, class Sink>
+void count_piece(Sink& s, int points) {
+    if constexpr (Sink::counts) {
+        ++s.side[c].pecas;
+        s.side[c].pontos += points;
+    }
+}
+
+template <Colour c, class Sink>
+void develop(Sink& s, int i) {
+    if (relative_rank(c, rank_of(i)) != 0) {
+        s.whole(c, developed_man);
+    }
+}
+
+template <Colour stm, Colour c, class Sink>
+void visit_knight(const View& v, Sink& s, int i) {
+    count_piece<c>(s, points_of_minor);
+    develop<c>(s, i);
+    s.real(c, weights.knight_near_king[c][near_enemy_king<c>(v, i)] + weights.knight_near_centre[i]);
+    leap<stm, c, cavalo>(v, s, i, knight_leaps[i]);
+}
+
+template <Colour stm, Colour c, class Sink>
+void visit_bishop(const View& v, Sink& s, int i) {
+    count_piece<c>(s, points_of_minor);
+    develop<c>(s, i);
+    if ((set_of(i) & long_diagonals) != 0) {
+        s.whole(c, weights.bishop_on_long_diagonal);
+    }
+    slide<stm, c, bispo>(v, s, i, DiagonalDirections{});
+}
+
+template <Colour stm, Colour c, class Sink>
+void visit_rook(const View& v, Sink& s, int i) {
+    count_piece<c>(s, points_of_rook);
+    if (file_of(i) != file_a && file_of(i) != file_h) {
+        s.whole(c, developed_man);
+    }
+    if (weights.few_men) {
+        s.real(c, weights.rook_near_king[c][near_enemy_king<c>(v, i)]);
+    }
+    if (weights.very_few_men && relative_rank(c, rank_of(i)) >= seventh_rank) {
+        s.whole(c, advanced_rook);
+    }
+    slide<stm, c, torre>(v, s, i, StraightDirections{});
+}
+
+template <Colour stm, Colour c, class Sink>
+void visit_queen(const View& v, Sink& s, int i) {
+    count_piece<c>(s, points_of_queen);
+    develop<c>(s, i);
+    s.real(c, weights.queen_near_king[c][near_enemy_king<c>(v, i)] + weights.queen_near_centre[i]);
+    slide<stm, c, dama>(v, s, i, AllDirections{});
+}
+
+template <Colour c, class Sink>
+void widen_box(Sink& s, int i) {
+    if constexpr (Sink::counts) {
+        SideCounters& me = s.side[c];
+        me.lowest_file = std::min(me.lowest_file, file_of(i));
+        me.highest_file = std::max(me.highest_file, file_of(i));
+        me.lowest_rank = std::min(me.lowest_rank, rank_of(i));
+        me.highest_rank = std::max(me.highest_rank, rank_of(i));
+    }
+}
+
+// Against a queen or less the king comes out: only then does it attack anything.
+template <Colour stm, Colour c, class Sink>
+void visit_king(const View& v, Sink& s, int i) {
+    widen_box<c>(s, i);
+    if (weights.endgame_for[c]) {
+        s.real(c, weights.king_near_centre[i]);
+    }
+    if (weights.enemy_has_no_men[c]) {
+        s.real(c, weights.king_near_king[c][near_enemy_king<c>(v, i)]);
+    }
+    if (weights.endgame_for[c]) {
+        leap<stm, c, rei>(v, s, i, king_leaps[i]);
+    }
+}
+
+// --- Pawns, by the items of their terms ---
+
+// Item 1, and item 2 against a queen or less.
+template <Colour c, class Sink>
+void mark_or_draw_kings(const View& v, Sink& s, int i) {
+    if (weights.endgame_for[c]) {
+        s.real(c, endgame_pawn(c, i, v.king[c]));
+        s.real(other(c), pawn_draws_king_from[near_enemy_king<c>(v, i)]);
+        return;
+    }
+    if constexpr (Sink::counts) {
+        s.side[c].abrigo += (shelters[c][v.king[c]] & set_of(i)) != 0 ? 1 : 0;
+    }
+    auto cursor = s.cursor(c);
+    cursor.mark(pawn_leaps[c][i].in_order.data(), pawn_leaps[c][i].count);
+    s.commit(c, cursor);
+}
+
+// Item 3: the worth of what the pawn attacks, the higher file first (for both colours the higher square). A pawn of the
+// other side must be defended by one of its own.
+template <Colour stm, Colour c, class Sink>
+void attack_with_pawn(const View& v, Sink& s, int i, SquareSet targets) {
+    for (SquareSet rest = targets; rest != 0; rest ^= set_of(last_square(rest))) {
+        const int x = value_of(v.board[last_square(rest)]);
+        if constexpr (c == stm) {
+            s.real(c, x * static_cast<double>(options.agres) - pawn_takes_at_a_cost);
+        } else if (x > peao && (pawn_leaps[other(c)][i].to & v.sets.of(c, peao)) != 0) {
+            s.whole(c, x / defended_pawn_attacks);
+        }
+    }
+}
+
+// Items 3 to 5: the moves of the pawn, and what it attacks and defends.
+template <Colour c, class Sink>
+void count_pawn(const View& v, Sink& s, int i, SquareSet targets) {
+    if constexpr (Sink::counts) {
+        SideCounters& me = s.side[c];
+        ++me.peoes;
+        widen_box<c>(s, i);
+        me.alvos += std::popcount(targets);
+        me.apoios += std::popcount(pawn_leaps[c][i].to & v.sets.of_colour[c]);
+        SquareSet to = targets;
+        const int ahead = rank_of(i) + forward(c);
+        if (on_board(file_of(i), ahead) && v.board[square(file_of(i), ahead)] == no_piece) {
+            to |= set_of(square(file_of(i), ahead));
+            const int two_ahead = square(file_of(i), ahead + forward(c));
+            if (relative_rank(c, rank_of(i)) == 1 && v.board[two_ahead] == no_piece) {
+                to |= set_of(two_ahead);
+            }
+        }
+        me.mobilidade += s.template moves<c>(v, i, to);
+    }
+}
+
+// Where an enemy pawn stops a breakthrough of a pawn of c on i toward the higher [0] or lower [1] file: on its own file
+// and on the file beyond the capture, from two ranks ahead up to its seventh rank.
+constexpr std::array<std::array<std::array<SquareSet, 2>, squares>, 2> breakthrough_stops = [] {
+    std::array<std::array<std::array<SquareSet, 2>, squares>, 2> t{};
+    for (const Colour c : {white, black}) {
+        for (int i = 0; i < squares; ++i) {
+            for (int r = relative_rank(c, rank_of(i)) + 2; r <= seventh_rank; ++r) {
+                for (int side = 0; side < 2; ++side) {
+                    const int file_beyond = file_of(i) + (side == 0 ? 2 : -2);
+                    t[c][i][side] |= set_of(square(file_of(i), relative_rank(c, r)));
+                    t[c][i][side] |= on_board(file_beyond, 0) ? set_of(square(file_beyond, relative_rank(c, r))) : 0;
+                }
+            }
+        }
+    }
+    return t;
+}();
+
+// Item 9: nobody to stop this pawn once it has captured; nothing where the rule has no rank to walk.
+template <Colour c, class Sink>
+void break_through(const View& v, Sink& s, int i) {
+    if (relative_rank(c, rank_of(i)) + 2 > seventh_rank) {
+        return;
+    }
+    const SquareSet pawns = v.sets.kind(peao);
+    for (const int side : {0, 1}) {
+        const int f = file_of(i) + (side == 0 ? 1 : -1);
+        if (on_board(f, 0) && (pawns & set_of(square(f, rank_of(i) + forward(c)))) == 0 &&
+            (breakthrough_stops[c][i][side] & v.sets.of(other(c), peao)) == 0) {
+            s.whole(c, pawn_breaks_through);
+        }
+    }
+}
+
+// A pawn's way to promotion, up to its seventh rank: its own file, and both files beside.
+struct Way {
+    SquareSet ahead = 0;
+    SquareSet beside = 0;
+};
+constexpr std::array<std::array<Way, squares>, 2> ways = [] {
+    std::array<std::array<Way, squares>, 2> t{};
+    for (const Colour c : {white, black}) {
+        for (int i = 0; i < squares; ++i) {
+            for (int r = relative_rank(c, rank_of(i)) + 1; r <= seventh_rank; ++r) {
+                const int rank = relative_rank(c, r);
+                t[c][i].ahead |= set_of(square(file_of(i), rank));
+                t[c][i].beside |= file_of(i) < file_h ? set_of(square(file_of(i) + 1, rank)) : 0;
+                t[c][i].beside |= file_of(i) > file_a ? set_of(square(file_of(i) - 1, rank)) : 0;
+            }
+        }
+    }
+    return t;
+}();
+
+// The ranks of one file of a set, bit 0 the first rank as the colour sees it.
+constexpr std::array<unsigned, 256> reversed_ranks = [] {
+    std::array<unsigned, 256> t{};
+    for (unsigned x = 0; x < 256; ++x) {
+        for (unsigned r = 0; r < 8; ++r) {
+            t[x] |= ((x >> r) & 1U) << (7 - r);
+        }
+    }
+    return t;
+}();
+template <Colour c>
+unsigned ranks_on(SquareSet s, int f) {
+    if (!on_board(f, 0)) {
+        return 0;
+    }
+    const unsigned ranks = static_cast<unsigned>(s >> static_cast<unsigned>(8 * f)) & 0xFFU;
+    return c == white ? ranks : reversed_ranks[ranks];
+}
+
+// Item 10: own pawns beside the way count up to the rank of the first stop; a way without a stop is a passed pawn's.
+template <Colour c, class Sink>
+void walk_to_promotion(const View& v, Sink& s, int i) {
+    const Way& way = ways[c][i];
+    const SquareSet own = v.sets.of(c, peao);
+    const SquareSet enemy = v.sets.of(other(c), peao);
+    const SquareSet stops = (way.ahead & (own | enemy)) | (way.beside & enemy);
+    if (const SquareSet beside = way.beside & own; beside != 0) {
+        const int f = file_of(i);
+        // All three files laid over one another, as the colour sees them.
+        const unsigned stop = ranks_on<c>(stops, f) | ranks_on<c>(stops, f + 1) | ranks_on<c>(stops, f - 1);
+        const unsigned walked = (stop & (0U - stop)) - 1U;
+        const int met =
+            std::popcount(ranks_on<c>(beside, f + 1) & walked) + std::popcount(ranks_on<c>(beside, f - 1) & walked);
+        for (int k = 0; k < met; ++k) {
+            s.whole(c, pawn_beside_the_way);
+        }
+    }
+    if (stops == 0 && way.ahead != 0) {
+        s.whole(c, passed_pawn);
+    }
+}
+
+// Items 6 to 8: the seventh rank, neighbours and chains.
+template <Colour c, class Sink>
+void add_pawn_structure(const View& v, Sink& s, int i) {
+    const SquareSet own = v.sets.of(c, peao);
+    if (relative_rank(c, rank_of(i)) == seventh_rank) {
+        s.whole(c, pawn_on_seventh);
+    }
+    const SquareSet neighbours = set_of(i) << 8U | set_of(i) >> 8U;
+    for (int k = std::popcount(neighbours & own); k > 0; --k) {
+        s.whole(c, pawn_beside);
+    }
+    for (int k = std::popcount(pawn_leaps[c][i].to & own); k > 0; --k) {
+        s.whole(c, pawn_defends_pawn);
+    }
+}
+
+template <Colour stm, Colour c, class Sink>
+void visit_pawn(const View& v, Sink& s, int i) {
+    mark_or_draw_kings<c>(v, s, i);
+    const SquareSet targets = pawn_leaps[c][i].to & v.sets.of_colour[other(c)];
+    if (targets != 0) {
+        attack_with_pawn<stm, c>(v, s, i, targets);
+    }
+    count_pawn<c>(v, s, i, targets);
+    add_pawn_structure<c>(v, s, i);
+    break_through<c>(v, s, i);
+    walk_to_promotion<c>(v, s, i);
+}
+
+template <Colour stm, Colour c, class Sink>
+void visit(const View& v, Sink& s, int i, int piece) {
+    if constexpr (Sink::counts) {
+        s.side[c].avanco += relative_rank(c, rank_of(i)) + 1;
+    }
+    switch (piece) {
+        case peao: return visit_pawn<stm, c>(v, s, i);
+        case cavalo: return visit_knight<stm, c>(v, s, i);
+        case bispo: return visit_bishop<stm, c>(v, s, i);
+        case torre: return visit_rook<stm, c>(v, s, i);
+        case dama: return visit_queen<stm, c>(v, s, i);
+        default: return visit_king<stm, c>(v, s, i);
+    }
+}
+
+}  // namespace walking
+
+// Walks the position with `stm` to move. Reads `weights` and the option Aggressiveness.
+template <Colour stm, class Sink>
+void walk(const View& v, Sink& s) {
+    for (SquareSet rest = v.men.direct; rest != 0; rest = without_first(rest)) {
+        const int i = first_square(rest);
+        const int x = v.board[i];
+        if (x > 0) {
+            walking::visit<stm, white>(v, s, i, x);
+        } else {
+            walking::visit<stm, black>(v, s, i, -x);
+        }
+        s.man_done();
+    }
+}
 
 }  // namespace ondrel

@@ -1,8 +1,5 @@
 #include "memory/game_memory.h"
 
-#include "base/options.h"
-#include "base/root.h"
-
 #include <algorithm>
 #include <functional>
 #include <string_view>
@@ -11,78 +8,82 @@ namespace ondrel {
 namespace {
 
 // A record in static memory: its pages come into being only when it is first written.
-struct Registro {
-    std::array<char, 1000> mem;  // the line, filled up with '9'
-    float tempo, deep, E;        // mem_param
-    Lance abcd;                  // mem_parammove
-    char PR;                     // mem_paramch
+struct Record {
+    LineKey mem;             // the line
+    SearchDemand mem_param;  // with the score in `outcome`
+    SearchOutcome outcome;   // mem_parammove, mem_paramch
 };
 
-std::array<Registro, registros_mem> registros;
+constexpr int buckets = 1 << 16;
+constexpr int no_record = 0;  // links count records from 1, so that zeroed memory is an empty index
 
-constexpr int gavetas = 1 << 16;
-constexpr int nenhum = 0;  // links count records from 1, so that zeroed memory is an empty index
+// Lifetime: the process. The records of one bucket are chained by rising number, so that the first match of a walk is
+// the lowest.
+struct GameMemory {
+    std::array<Record, mem_records> records;
+    std::array<int, buckets> first;
+    std::array<int, mem_records> next;
+    int used;  // records ever written since the memory was emptied
+    int inc1;  // the next one to write
+};
+GameMemory memory;
 
-// The records of one drawer are chained by rising number, so that the first match of a walk is the lowest.
-std::array<int, gavetas> primeiro;
-std::array<int, registros_mem> proximo;
-int usados = 0;
-
-int gaveta(const std::array<char, 1000>& texto) {
-    return static_cast<int>(std::hash<std::string_view>{}({texto.data(), texto.size()}) % gavetas);
+int bucket_of(const LineKey& text) {
+    return static_cast<int>(std::hash<std::string_view>{}({text.data(), text.size()}) % buckets);
 }
 
-void desliga(int i) {
-    int* elo = &primeiro[gaveta(registros[i].mem)];
-    while (*elo != i + 1) {
-        elo = &proximo[*elo - 1];
+void unlink(int i) {
+    int* link = &memory.first[bucket_of(memory.records[i].mem)];
+    while (*link != i + 1) {
+        link = &memory.next[*link - 1];
     }
-    *elo = proximo[i];
+    *link = memory.next[i];
 }
 
-void liga(int i) {
-    int* elo = &primeiro[gaveta(registros[i].mem)];
-    while (*elo != nenhum && *elo < i + 1) {
-        elo = &proximo[*elo - 1];
+void link(int i) {
+    int* link = &memory.first[bucket_of(memory.records[i].mem)];
+    while (*link != no_record && *link < i + 1) {
+        link = &memory.next[*link - 1];
     }
-    proximo[i] = *elo;
-    *elo = i + 1;
+    memory.next[i] = *link;
+    *link = i + 1;
 }
 
 }  // namespace
 
-void hash_mem_scan() {
-    const auto t = static_cast<float>(tempo);
-    const auto d = static_cast<float>(deep);
-    for (int elo = primeiro[gaveta(inn)]; elo != nenhum; elo = proximo[elo - 1]) {
-        const Registro& x = registros[elo - 1];
-        if (t <= x.tempo && d <= x.deep && x.mem == inn) {
-            mem_TEST = 1;
-            E = x.E;
-            abcd = x.abcd;
-            PR = x.PR;
-            return;
+std::optional<SearchOutcome> hash_mem_scan(const LineKey& inn, SearchDemand demand) {
+    for (int link = memory.first[bucket_of(inn)]; link != no_record; link = memory.next[link - 1]) {
+        const Record& x = memory.records[link - 1];
+        if (demand.tempo <= x.mem_param.tempo && demand.deep <= x.mem_param.deep && x.mem == inn) {
+            return x.outcome;
         }
     }
+    return {};
 }
 
-void hash_mem_build() {
-    if (inc1 < usados) {
-        desliga(inc1);
+void hash_mem_build(const LineKey& inn, SearchDemand demand, const SearchOutcome& outcome) {
+    const int i = memory.inc1;
+    if (i < memory.used) {
+        unlink(i);
     }
-    registros[inc1] = {inn, static_cast<float>(tempo), static_cast<float>(deep), E, abcd, PR};
-    liga(inc1);
-    ++inc1;
-    usados = std::max(usados, inc1);
-    if (inc1 == registros_mem - 1) {
-        inc1 = 0;
+    memory.records[i] = {inn, demand, outcome};
+    link(i);
+    memory.inc1 = i + 1;
+    memory.used = std::max(memory.used, memory.inc1);
+    if (memory.inc1 == mem_records - 1) {
+        memory.inc1 = 0;
     }
 }
 
-void limpa_memoria() {
-    primeiro.fill(nenhum);
-    usados = 0;
-    inc1 = 0;
+void clear_game_memory() {
+    if (memory.used == 0) {
+        return;
+    }
+    memory.first.fill(no_record);
+    memory.used = 0;
+    memory.inc1 = 0;
 }
+
+int next_mem_record() { return memory.inc1; }
 
 }  // namespace ondrel

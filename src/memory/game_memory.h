@@ -1,20 +1,39 @@
-// The game-long memory: every search finished by the process, by the text of its position line.
+// The game-long memory: every search finished by the process, by the text of its position line. Asked by the root before
+// a search, told by the front end after one.
 #pragma once
+
+#include "base/types.h"
+
+#include <optional>
 
 namespace ondrel {
 
-constexpr int registros_mem = 100000;  // records; the last one is never written
+constexpr int mem_records = 100000;  // the last one is never written
 
-inline int inc1 = 0;  // the next record to write, 0..99998
+// inn: the line as key, filled up with '9'.
+constexpr int longest_key = 1000;
+using LineKey = std::array<char, longest_key>;
 
-// Looks up inn among the records made with at least the present tempo and deep. On a hit sets mem_TEST and leaves the
-// record's score in E, its move in abcd and its letter in PR; the lowest matching record wins.
-void hash_mem_scan();
+// What a search is asked with, and what it came to.
+struct SearchDemand {
+    float tempo, deep;
+};
+struct SearchOutcome {
+    float E;    // its score
+    Move abcd;  // its move
+    char PR;    // and the letter for it
+};
 
-// Stores inn, tempo, deep, E, abcd and PR, without looking for an older record of the same line.
-void hash_mem_build();
+// Looks up the key among the records made with at least this demand; the lowest matching record wins.
+std::optional<SearchOutcome> hash_mem_scan(const LineKey& inn, SearchDemand demand);
+
+// Stores the outcome, without looking for an older record of the same line.
+void hash_mem_build(const LineKey& inn, SearchDemand demand, const SearchOutcome& outcome);
 
 // Empties the memory.
-void limpa_memoria();
+void clear_game_memory();
+
+// inc1: the next record to write, 0..99998.
+int next_mem_record();
 
 }  // namespace ondrel

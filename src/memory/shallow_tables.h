@@ -1,36 +1,43 @@
-// The memory of plies 3, 4 and 5: whole nodes under the exact window in which they were searched, one table for each
-// ply and colour. A search uses the tables of one chain only: 3b, 4p, 5b when White moves at the root, else 3p, 4b, 5p.
+// The memory of plies 3, 4 and 5: whole nodes under the exact window in which they were searched, one table for each ply
+// and colour. A search uses the tables of one chain only: 3b, 4p, 5b when White moves at the root, else 3p, 4b, 5p.
+// Called by the nodes of these plies (search/node.cpp); the tables are cleared by the root and by the front end.
 #pragma once
 
 #include "base/types.h"
 
+#include <optional>
+
 namespace ondrel {
 
-constexpr int registros_rasos = 10000;  // records; the last one is never written
+constexpr int shallow_records = 10000;  // of a table; the last one is never written
 
-// In use, by ply (3 to 5) and Cor: inc3b .. inc5p, the next record to write; 0..9998.
-inline std::array<std::array<int, 2>, 6> inc{};
+// Everything that a hit must equal; the floats as numbers, so that no record of a window without numbers ever matches.
+struct NodeKey {
+    Board hashtable;         // tab2 after the move of the node
+    float alfa, beta, deep;  // the window of the node and its depth
+    std::uint8_t PVSm, PVSm2;
 
-inline std::array<std::uint8_t, 6> HASHTABLE{};  // HASHTABLE3 .. 5: the last scan of that ply was a hit
-inline std::array<std::uint8_t, 6> FULL{};       // FULL3 .. 5: the ring of that ply has wrapped
+    bool operator==(const NodeKey& x) const {
+        return PVSm == x.PVSm && PVSm2 == x.PVSm2 && alfa == x.alfa && beta == x.beta && deep == x.deep &&
+               hashtable == x.hashtable;
+    }
+};
 
-// hash_table_scan<N><c>: looks up tab2, the bounds above ply n, deep, PVSm and PVSm2. On a hit sets HASHTABLE[n] and
-// writes the stored value to the ply's bound; the lowest matching record wins.
-void hash_table_scan(int n, Cor c);
+// hash_table_scan<N><c>: the stored value of the node, if there is one; the lowest matching record wins.
+std::optional<float> hash_table_scan(int n, Colour c, const NodeKey& key);
 
-// hash_table_build<N><c>: writes the key of the node being entered to the record at inc[n][c].
-void hash_table_build(int n, Cor c);
+// hash_table_build<N><c>: writes the key of the node being entered to the record at inc<N><c>.
+void hash_table_build(int n, Colour c, const NodeKey& key);
 
-// Completes that record with the node's value and advances the ring.
-void hash_table_store(int n, Cor c, float valor_do_no);
+// Completes that record with the node's value and advances the ring. Tells whether the ring has wrapped.
+bool hash_table_store(int n, Colour c, float value);
 
-// Empties one table.
-void limpa_tabela_rasa(int n, Cor c);
+// inc<N><c>: the next record to write, 0..9998.
+int next_shallow_record(int n, Colour c);
 
-// Empties the tables of the chain in which `raiz` moves at the root.
-void limpa_cadeia_rasa(Cor raiz);
-
-// Empties all six.
-void limpa_tabelas_rasas();
+// Empties one table, the tables of the chain in which `own` moves at the root, all six.
+void clear_shallow_table(int n, Colour c);
+void clear_shallow_chain(Colour own);
+void clear_shallow_tables();
 
 }  // namespace ondrel

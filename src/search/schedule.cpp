@@ -1,16 +1,14 @@
 #include "search/schedule.h"
 
-#include "base/bounds.h"
 #include "base/clock.h"
 #include "base/numeric.h"
-#include "base/options.h"
-#include "base/probe.h"
-#include "base/root.h"
-#include "memory/game_memory.h"
+#include "eval/strategy.h"
 #include "memory/shallow_tables.h"
+#include "search/move_walks.h"
+#include "search/observers.h"
 #include "search/root_routines.h"
 #include "search/score_windows.h"
-#include "search/seams.h"
+#include "search/state.h"
 
 #include <span>
 #include <string_view>
@@ -21,52 +19,55 @@ namespace {
 // --- Schedules ---
 
 // One or more root routines: a stage, with or without check, and its pieces in order.
-struct Trecho {
-    Etapa etapa;
+struct Routines {
+    Stage stage;
     bool ch;
-    std::string_view pecas;
+    std::string_view pieces;
 };
 
 constexpr bool ch = true;
 constexpr bool sh = false;
+constexpr std::string_view all_pieces = "PNBRQK";
 
-// Each table is one sweep of ataque. In the "consistent" temperament the routines of tables 1 to 5 have a sweep of
-// their own each.
-constexpr std::array capturas_de_dama{Trecho{positive5, ch, "PNBRQK"}, Trecho{positive5, sh, "PNBRQK"}};
-constexpr std::array capturas_de_torre{Trecho{positive4, ch, "PNBRK"}, Trecho{positive4, sh, "PNBRK"}};
-constexpr std::array capturas_de_cavalo{Trecho{positive3, ch, "PNBK"}, Trecho{positive3, sh, "PNBK"}};
-constexpr std::array capturas_de_bispo{Trecho{positive2, ch, "PNBK"}, Trecho{positive2, sh, "PNBK"}};
-constexpr std::array capturas_de_peao{Trecho{positive1, ch, "PK"}, Trecho{positive1, sh, "PK"}};
-constexpr std::array capturas_fracas_e_livres{
-    Trecho{positive3, ch, "R"}, Trecho{positive2, ch, "R"}, Trecho{positive4, ch, "Q"}, Trecho{positive1, ch, "BNR"},
-    Trecho{positive3, ch, "Q"}, Trecho{positive2, ch, "Q"}, Trecho{positive1, ch, "Q"}, Trecho{livre, ch, "PNBRQK"},
-    Trecho{positive3, sh, "R"}, Trecho{positive2, sh, "R"}, Trecho{positive4, sh, "Q"}, Trecho{positive1, sh, "BNR"},
-    Trecho{positive3, sh, "Q"}, Trecho{positive2, sh, "Q"}, Trecho{positive1, sh, "Q"}, Trecho{livre, sh, "PNBRQK"}};
-constexpr std::array<std::span<const Trecho>, 5> capturas_fortes{
-    capturas_de_dama, capturas_de_torre, capturas_de_cavalo, capturas_de_bispo, capturas_de_peao};
+// Each table is one sweep of ataque. In the "consistent" temperament the routines of the five tables of strong captures
+// have a sweep of their own each.
+constexpr std::array takes_queen{Routines{positive5, ch, all_pieces}, Routines{positive5, sh, all_pieces}};
+constexpr std::array takes_rook{Routines{positive4, ch, "PNBRK"}, Routines{positive4, sh, "PNBRK"}};
+constexpr std::array takes_knight{Routines{positive3, ch, "PNBK"}, Routines{positive3, sh, "PNBK"}};
+constexpr std::array takes_bishop{Routines{positive2, ch, "PNBK"}, Routines{positive2, sh, "PNBK"}};
+constexpr std::array takes_pawn{Routines{positive1, ch, "PK"}, Routines{positive1, sh, "PK"}};
+constexpr std::array<std::span<const Routines>, 5> strong_captures{takes_queen, takes_rook, takes_knight, takes_bishop,
+                                                                   takes_pawn};
+constexpr std::array weak_captures_and_quiet{
+    Routines{positive3, ch, "R"},   Routines{positive2, ch, "R"},    Routines{positive4, ch, "Q"},
+    Routines{positive1, ch, "BNR"}, Routines{positive3, ch, "Q"},    Routines{positive2, ch, "Q"},
+    Routines{positive1, ch, "Q"},   Routines{livre, ch, all_pieces}, Routines{positive3, sh, "R"},
+    Routines{positive2, sh, "R"},   Routines{positive4, sh, "Q"},    Routines{positive1, sh, "BNR"},
+    Routines{positive3, sh, "Q"},   Routines{positive2, sh, "Q"},    Routines{positive1, sh, "Q"},
+    Routines{livre, sh, all_pieces}};
 
 // The "dynamic" temperament: every capture routine has its sweep, the quiet moves share one.
-constexpr std::array capturas_por_vitima{Trecho{positive5, ch, "PNBRQK"}, Trecho{positive5, sh, "PNBRQK"},
-                                         Trecho{positive4, ch, "PNBRQK"}, Trecho{positive4, sh, "PNBRQK"},
-                                         Trecho{positive3, ch, "PNBRQK"}, Trecho{positive3, sh, "PNBRQK"},
-                                         Trecho{positive2, ch, "PNBRQK"}, Trecho{positive2, sh, "PNBRQK"},
-                                         Trecho{positive1, ch, "PNBRQK"}, Trecho{positive1, sh, "PNBRQK"}};
-constexpr std::array todas_as_livres{Trecho{livre, ch, "PNBRQK"}, Trecho{livre, sh, "PNBRQK"}};
+constexpr std::array captures_by_victim{Routines{positive5, ch, all_pieces}, Routines{positive5, sh, all_pieces},
+                                        Routines{positive4, ch, all_pieces}, Routines{positive4, sh, all_pieces},
+                                        Routines{positive3, ch, all_pieces}, Routines{positive3, sh, all_pieces},
+                                        Routines{positive2, ch, all_pieces}, Routines{positive2, sh, all_pieces},
+                                        Routines{positive1, ch, all_pieces}, Routines{positive1, sh, all_pieces}};
+constexpr std::array all_quiet{Routines{livre, ch, all_pieces}, Routines{livre, sh, all_pieces}};
 
 // Against a bare king: pawns first, captures by the king last.
-constexpr std::array rei_so_peoes{Trecho{livre, ch, "P"}, Trecho{livre, sh, "P"}};
-constexpr std::array rei_so_pecas{Trecho{livre, ch, "NBRQ"}, Trecho{livre, sh, "NBRQK"}, Trecho{livre, ch, "K"}};
-constexpr std::array rei_so_capturas{Trecho{positive1, ch, "K"}, Trecho{positive1, sh, "K"}};
+constexpr std::array bare_king_pawns{Routines{livre, ch, "P"}, Routines{livre, sh, "P"}};
+constexpr std::array bare_king_pieces{Routines{livre, ch, "NBRQ"}, Routines{livre, sh, "NBRQK"},
+                                      Routines{livre, ch, "K"}};
+constexpr std::array bare_king_captures{Routines{positive1, ch, "K"}, Routines{positive1, sh, "K"}};
+
+constexpr float material_of_bare_king = 110.0F;
+
+enum Temperament : int { positional = 1, consistent = 2, dynamic = 3 };
 
 // --- Sweeps ---
 
-void comeca_passe() {
-    ply[0].mascaras = mascaras_de(tab);
-    esquece_classes();
-}
-
-Peca peca_da_letra(char letra) {
-    switch (letra) {
+Piece piece_of_letter(char letter) {
+    switch (letter) {
         case 'P': return peao;
         case 'N': return cavalo;
         case 'B': return bispo;
@@ -76,244 +77,260 @@ Peca peca_da_letra(char letra) {
     }
 }
 
-template <Cor c>
-void chama_por_casa(const Trecho& x, Peca piece) {
-    for (Mascara resto = ply[0].mascaras.de(c, piece); resto != 0 && !corte_MAXcut; resto &= resto - 1) {
-        const int i = primeira_casa(resto);
-        analise100<c>(x.etapa, x.ch, piece, i / 8, i % 8);
-    }
+// Calls one routine for every square that holds its piece.
+template <Colour c>
+void call_routine(Stage stage, bool gives_check, Piece piece) {
+    squares_of(ply[0].sets.of(c, piece), [&](int from) {
+        if (!pass.corte_MAXcut) {
+            analise100<c>(stage, gives_check, piece, from);
+        }
+        return pass.corte_MAXcut != 0;
+    });
 }
 
 // One sweep of ataque over the routines given.
-template <Cor c>
-void varre(std::span<const Trecho> trechos) {
-    for (ataque = 100; ataque >= -100; --ataque) {
-        for (const Trecho& x : trechos) {
-            for (const char letra : x.pecas) {
-                chama_por_casa<c>(x, peca_da_letra(letra));
+template <Colour c>
+void sweep(std::span<const Routines> routines) {
+    for (pass.ataque = highest_class; pass.ataque >= lowest_class; --pass.ataque) {
+        for (const Routines& x : routines) {
+            for (const char letter : x.pieces) {
+                call_routine<c>(x.stage, x.ch, piece_of_letter(letter));
             }
         }
     }
 }
 
 // A sweep of its own for every routine.
-template <Cor c>
-void varre_cada_uma(std::span<const Trecho> trechos) {
-    for (const Trecho& x : trechos) {
-        for (std::size_t k = 0; k < x.pecas.size(); ++k) {
-            const std::array uma{Trecho{x.etapa, x.ch, x.pecas.substr(k, 1)}};
-            varre<c>(uma);
+template <Colour c>
+void sweep_each(std::span<const Routines> routines) {
+    for (const Routines& x : routines) {
+        for (std::size_t k = 0; k < x.pieces.size(); ++k) {
+            const std::array one{Routines{x.stage, x.ch, x.pieces.substr(k, 1)}};
+            sweep<c>(one);
         }
     }
 }
 
-template <Cor c>
-void programa_da_partida() {
-    switch (Temperamento) {
-        case 1:
-            for (const auto trechos : capturas_fortes) {
-                varre<c>(trechos);
-            }
-            return varre<c>(capturas_fracas_e_livres);
-        case 2:
-            for (const auto trechos : capturas_fortes) {
-                varre_cada_uma<c>(trechos);
-            }
-            return varre<c>(capturas_fracas_e_livres);
-        default: varre_cada_uma<c>(capturas_por_vitima); return varre<c>(todas_as_livres);
+template <Colour c>
+void run_temperament() {
+    if (options.Temperamento == dynamic) {
+        sweep_each<c>(captures_by_victim);
+        sweep<c>(all_quiet);
+        return;
     }
-}
-
-// The schedule of one pass.
-template <Cor c>
-void programa() {
-    comeca_passe();
-    DEEP = deep;
-    corte_MAXcut = 0;
-    const float dela = material_a[outra(c)];
-    if (dela > 110.0F) {
-        programa_da_partida<c>();
-    } else if (dela == 110.0F) {
-        varre<c>(rei_so_peoes);
-        varre<c>(rei_so_pecas);
-        varre<c>(rei_so_capturas);
+    for (const auto routines : strong_captures) {
+        if (options.Temperamento == positional) {
+            sweep<c>(routines);
+        } else {
+            sweep_each<c>(routines);
+        }
     }
+    sweep<c>(weak_captures_and_quiet);
 }
 
 // --- Passes ---
 
-long double L_da_raiz(Cor minha) { return ln_da_razao(material_a[minha], material_a[outra(minha)]) * MQ; }
+// What the root routines find made ready.
+void prepare_root() {
+    ply[0].sets = piece_sets(tab);
+    forget_classes();
+}
 
-void tipo_de_passe(std::uint8_t scan1, std::uint8_t scant) {
-    SCAN1 = scan1;
-    SCANT = scant;
-    roque = {};
+// Whether only the remembered best move is searched, or all but it, or all.
+enum class PassKind { all_moves, best_move, other_moves };
+
+// The schedule of one pass. Every limit that a node has lowered is back.
+template <Colour c>
+void run_pass(PassKind kind, bool asks_for_repetition = true) {
+    bounds.MAXcut = bounds.MAXcutt;
+    pass = Pass{.SCAN1 = kind == PassKind::best_move,
+                .SCANT = kind == PassKind::other_moves,
+                .pempatee = asks_for_repetition,
+                .DEEP = search.deep};
+    prepare_root();
+    const float opponent = root.material_a[other(c)];
+    if (opponent > material_of_bare_king) {
+        run_temperament<c>();
+    } else if (opponent == material_of_bare_king) {
+        sweep<c>(bare_king_pawns);
+        sweep<c>(bare_king_pieces);
+        sweep<c>(bare_king_captures);
+    }
+}
+
+// --- The iteration over depths ---
+
+constexpr int deep_of_build_pass = 7;
+constexpr int first_iterated_deep = 9;
+constexpr int last_deep = 23;
+constexpr int last_pass = 49;
+
+long double weighed_log_of_material(Colour own) {
+    return log_of_ratio(root.material_a[own], root.material_a[other(own)]) * options.MQ;
 }
 
 // A draw is worth more once the score is known to hold, and nothing is hanging.
-void ajusta_empate(Cor minha) {
-    if (alfa[0] >= materialflot0 - 5.0L + L_da_raiz(minha) && peca == 0) {
-        emp += 10;
+void raise_draw_score(Colour own) {
+    constexpr long double held_drop_of_lead = 5.0L;
+    constexpr int one_pawn = 10;
+    if (bounds.alfa[0] >= root.materialflot0 - held_drop_of_lead + weighed_log_of_material(own) &&
+        game_line.peca == 0) {
+        search.emp += one_pawn;
     }
 }
 
 // Opens the root window a step below the depth before.
-void passo_da_janela() {
-    EP = 0;
-    ALFA0 = alfa[0];
-    const float passo = DEEP9 ? 1.0F : 10.0F;
-    alfa[0] -= passo;
-    E -= passo;
+void step_window() {
+    constexpr float narrow = 1.0F, wide = 10.0F;
+    const float step = search.DEEP9 ? narrow : wide;
+    search.EP = 0;
+    bounds.ALFA0 = bounds.alfa[0];
+    bounds.alfa[0] -= step;
+    search.E -= step;
 }
 
 // A mate of the build pass is searched again in full.
-void reabre_depois_de_mate() {
-    if (alfa[0] >= mate_minimo) {
-        ALFA0 = alfa[0];
-        EP = 0;
-        alfa[0] = inicio_alfa;
-        E = -10000000.0F;
+void reopen_after_mate() {
+    if (bounds.alfa[0] >= least_mate) {
+        bounds.ALFA0 = bounds.alfa[0];
+        search.EP = 0;
+        bounds.alfa[0] = start_of_alfa;
+        search.E = no_score;
     }
 }
 
-template <Cor c>
-void passe_de_construcao() {
-    const int deepIID1 = deep;
-    deep = 7;
-    tipo_de_passe(0, 0);
-    pempatee = 0;
-    programa<c>();
-    deep = deepIID1;
+// The silent pass that finds a first best move, at a lower depth.
+template <Colour c>
+void build() {
+    const int deepIID1 = search.deep;
+    search.deep = deep_of_build_pass;
+    run_pass<c>(PassKind::all_moves, false);
+    search.deep = deepIID1;
 }
 
-template <Cor c>
-void prepara_primeira_profundidade() {
-    if (HASHf) {
-        limpa_cadeia_rasa(c);
+template <Colour c>
+void search_best_move_of_first_depth() {
+    if (options.HASHf) {
+        clear_shallow_chain(c);
     }
-    curr = 0;
-    pempatee = 1;
-    tipo_de_passe(1, 0);
-    ajusta_empate(c);
-    passo_da_janela();
-    reabre_depois_de_mate();
+    search.curr = 0;
+    raise_draw_score(c);
+    step_window();
+    reopen_after_mate();
+    run_pass<c>(PassKind::best_move);
 }
 
-bool ha_tempo() {
-    fim = relogio();
-    return tempo_usado() <= limite_suave() || !TC;
+bool is_time_left() {
+    search.fim = clock_ms();
+    return time_used() <= soft_limit() || !options.TC;
 }
 
 // The score is no mate, and neither clock nor options bind the search to one depth.
-bool pode_seguir() { return !corte_MAXcut && IIDS && EXTRA_EVAL && alfa[0] < mate_minimo && deep >= 9; }
-
-bool ha_proxima_profundidade() {
-    const bool no_tempo = ha_tempo();
-    return pode_seguir() && deep <= 21 && (deep + 1 < deepp || deepp == 17) && no_tempo;
+bool may_go_on() {
+    return !pass.corte_MAXcut && search.IIDS && search.EXTRA_EVAL && bounds.alfa[0] < least_mate &&
+           search.deep >= first_iterated_deep;
 }
 
-void prepara_proxima_profundidade() {
-    tipo_de_passe(1, 0);
-    curr = 0;
-    passo_da_janela();
-    deep += 2;
-}
-
-void guarda_limites() {
-    for (int n = 18; n < ultima_ply; ++n) {
-        MAXcut[n] = MAXcut[n % 2 == 0 ? 16 : 17];
-    }
-    MAXcutt = MAXcut;
+bool is_there_a_next_depth() {
+    const bool in_time = is_time_left();
+    return may_go_on() && search.deep + 2 <= last_deep &&
+           (search.deep + 1 < options.deepp || options.deepp == no_depth_limit) && in_time;
 }
 
 // Each depth in two passes: the remembered best move alone, then all the others against its score.
-template <Cor c>
-void aprofunda() {
-    constexpr int ultimo_passe = 49;
-    for (int passe = 3; passe <= ultimo_passe; passe += 2) {
-        if (!ha_proxima_profundidade()) {
+template <Colour c>
+void deepen() {
+    for (int number = 3; number <= last_pass; number += 2) {
+        if (!is_there_a_next_depth()) {
             return;
         }
-        MAXcut = MAXcutt;
-        prepara_proxima_profundidade();
-        programa<c>();
-        if (passe < ultimo_passe && pode_seguir() && deep <= 23) {
-            MAXcut = MAXcutt;
-            tipo_de_passe(0, 1);
-            programa<c>();
+        search.curr = 0;
+        step_window();
+        search.deep += 2;
+        run_pass<c>(PassKind::best_move);
+        if (number < last_pass && may_go_on() && search.deep <= last_deep) {
+            run_pass<c>(PassKind::other_moves);
         }
     }
 }
 
-template <Cor c>
-void itera() {
-    tipo_de_passe(0, 0);
-    corte_MAXcut = 0;
-    if (deep > 8) {
-        passe_de_construcao<c>();
-        if (curr == 1) {
+template <Colour c>
+void iterate() {
+    pass = Pass{};
+    if (search.deep >= first_iterated_deep) {
+        build<c>();
+        if (search.curr == 1 && !observers.root_filter.on) {
             return;  // the only legal move
         }
-        MAXcut = MAXcutt;
-        prepara_primeira_profundidade<c>();
-        programa<c>();
+        search_best_move_of_first_depth<c>();
     }
-    if (!corte_MAXcut) {
-        MAXcut = MAXcutt;
-        tipo_de_passe(0, 1);
-        programa<c>();
+    if (!pass.corte_MAXcut) {
+        run_pass<c>(PassKind::other_moves);
     }
-    aprofunda<c>();
+    deepen<c>();
 }
 
-template <Cor c>
-void varre_primeiro_lance() {
-    comeca_passe();
-    corte_MAXcut = 0;
-    for (ataque = 100; ataque >= -100; --ataque) {
-        for (const Peca piece : {peao, cavalo}) {
-            chama_por_casa<c>({livre, sh, {}}, piece);
+// The limits of the deepest plies, and the copy that passes begin from.
+void keep_limits() {
+    constexpr int last_filtered = 17;
+    for (int n = last_filtered + 1; n < last_ply; ++n) {
+        bounds.MAXcut[n] = bounds.MAXcut[n % 2 == 0 ? last_filtered - 1 : last_filtered];
+    }
+    bounds.MAXcutt = bounds.MAXcut;
+}
+
+// The memory answers with the move of an earlier search. Tells whether it does.
+bool ask_game_memory() {
+    if (!options.HASH1 || !search.HASH_MEM) {
+        return false;
+    }
+    const auto known = hash_mem_scan(search.inn, demand_of_search());
+    if (known) {
+        search.E = known->E;
+        game.abcd = known->abcd;
+        game_line.PR = known->PR;
+    }
+    return known.has_value();
+}
+
+template <Colour c>
+void sweep_first_move() {
+    pass = Pass{.SCANT = 1};  // all moves: none is remembered
+    prepare_root();
+    for (pass.ataque = highest_class; pass.ataque >= lowest_class; --pass.ataque) {
+        for (const Piece piece : {peao, cavalo}) {
+            call_routine<c>(livre, sh, piece);
         }
     }
-    conclui_visitas<c>();
+    make_owed_visit<c>();
+}
+
+template <Colour c>
+void iterate_to_the_end() {
+    iterate<c>();
+    make_owed_visit<c>();
 }
 
 }  // namespace
 
-void valor_do_empate(Cor minha) {
-    emp = inteiro(static_cast<long double>(empp - 10) + L_da_raiz(minha));
-    emppp = emp;
+SearchDemand demand_of_search() { return {static_cast<float>(search.tempo), static_cast<float>(search.deep)}; }
+
+void set_draw_score(Colour own) {
+    constexpr int one_pawn = 10;
+    search.emp = to_int(static_cast<long double>(options.empp - one_pawn) + weighed_log_of_material(own));
+    search.emppp = search.emp;
 }
 
-void busca_na_raiz(Cor minha) {
-    mem_TEST = 0;
-    if (HASH1 && HASH_MEM) {
-        hash_mem_scan();
-        if (mem_TEST) {
-            return;
-        }
+void search_root(Colour own) {
+    search.mem_TEST = ask_game_memory() ? 1 : 0;
+    if (search.mem_TEST) {
+        return;
     }
-    janelas_de_placar(minha);
-    guarda_limites();
-    if (minha == brancas) {
-        itera<brancas>();
-        conclui_visitas<brancas>();
-    } else {
-        itera<pretas>();
-        conclui_visitas<pretas>();
-    }
+    set_score_windows(own);
+    keep_limits();
+    own == white ? iterate_to_the_end<white>() : iterate_to_the_end<black>();
 }
 
-#if ONDREL_TRACE
-void programa_da_raiz(Cor c) { c == brancas ? programa<brancas>() : programa<pretas>(); }
-#endif
-
-void busca_do_primeiro_lance(Cor minha) {
-    if (minha == brancas) {
-        varre_primeiro_lance<brancas>();
-    } else {
-        varre_primeiro_lance<pretas>();
-    }
-}
+void search_first_move(Colour own) { own == white ? sweep_first_move<white>() : sweep_first_move<black>(); }
 
 }  // namespace ondrel

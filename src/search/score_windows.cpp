@@ -1,129 +1,141 @@
 #include "search/score_windows.h"
 
-#include "base/bounds.h"
 #include "base/numeric.h"
-#include "base/options.h"
-#include "base/root.h"
+#include "search/state.h"
 
 namespace ondrel {
 namespace {
 
-enum Modo : int { desligado = 0, manual = 1, automatico = 2, pleno = 3 };
+// Positive_filterp, Negative_filterp.
+enum Mode : int { off = 0, manual = 1, automatic = 2, full = 3 };
 
-constexpr int ultima_do_filtro = 17;
-constexpr int primeira_positiva = 6;
-constexpr int primeira_negativa = 5;
+constexpr int last_limit = 17;
+constexpr int first_positive = 6;  // below these plies most modes keep the limits of mates
+constexpr int first_negative = 5;
+constexpr float wide_open = 1100.0F;
 
-// Size of the nearest mate that can still follow from ply n; the root's own limit is that of ply 1.
-float escada(int n) { return n == 0 ? mate_da_ply(1) : mate_da_ply(n + 1); }
+// Margins by the range of the material balance: the ranges end at these leads.
+constexpr float lost = -33.0F;      // this or less
+constexpr float ahead = 50.0F;      // from here on
+constexpr float far_ahead = 90.0F;  // from here on, in the full mode
+struct Margins {
+    float when_lost, when_level, when_ahead, when_far_ahead;
+};
+constexpr Margins auto_margins{wide_open, 100.0F, 90.0F, 90.0F};  // when lost the window itself is wide open
+constexpr Margins full_positive_margins{50.0F, 32.0F, 33.0F, 10.0F};
+constexpr Margins full_negative_margins{90.0F, 50.0F, 32.0F, 33.0F};
 
-// Sets the limits of one parity from `de` on.
-template <class Valor>
-void limites(int de, Valor valor) {
-    for (int n = de; n <= ultima_do_filtro; n += 2) {
-        MAXcut[n] = valor(n);
+// Endings of a few men.
+constexpr float king_alone = 110.0F;
+constexpr float king_and_knight = 142.0F;
+constexpr float king_and_bishop = 143.0F;
+constexpr float king_and_two_knights = 174.0F;
+constexpr float king_and_rook = 160.0F;
+constexpr float auto_margin_when_almost_bare = 90.0F;
+constexpr float full_margin_when_almost_bare = 50.0F;
+constexpr float negative_margin_against_almost_bare = 33.0F;
+
+constexpr int many_men = 20;  // above this the full mode bounds the root itself
+constexpr float full_margin_of_root = 33.0F;
+
+// Sets the limits of one parity from `first` on.
+template <class Limit>
+void set_limits(int first, Limit limit) {
+    for (int n = first; n <= last_limit; n += 2) {
+        bounds.MAXcut[n] = limit(n);
     }
 }
+void set_limits_to(int first, float limit) {
+    set_limits(first, [limit](int) { return limit; });
+}
 
-// A root position in the terms of the windows, each sum in extended precision.
-struct Saldo {
+// A root position in the terms of the windows; each sum in extended precision.
+struct Lead {
     long double m;  // material balance
     long double p;  // size of the man that the opponent's last move took
     long double L;  // weighed logarithm of the material ratio
 
-    // The positive and the negative bound `margem` away.
-    [[nodiscard]] float acima(float margem) const { return static_cast<float>(m + margem + p + L); }
-    [[nodiscard]] float abaixo(float margem) const { return static_cast<float>(margem - m - L); }
+    // The positive and the negative bound a margin away.
+    [[nodiscard]] float above(float margin) const { return static_cast<float>(m + margin + p + L); }
+    [[nodiscard]] float below(float margin) const { return static_cast<float>(margin - m - L); }
 };
 
-bool quase_so(Cor c) {
-    const float w = material_a[c];
-    return w == 110.0F || ((w == 142.0F || w == 143.0F) && npecas[c] == 1) || (w == 174.0F && npecas[c] == 2);
+float margin_for(const Margins& margins, long double m) {
+    if (m <= lost) {
+        return margins.when_lost;
+    }
+    return m < ahead ? margins.when_level : (m < far_ahead ? margins.when_ahead : margins.when_far_ahead);
 }
 
-void positiva_manual(const Saldo& s) {
-    const auto nivel = static_cast<float>(positfilter + s.m + s.p + s.L);
-    limites(0, [&](int n) { return n < primeira_positiva ? escada(n) : nivel; });
+bool is_almost_bare(Colour c) {
+    const float w = root.material_a[c];
+    return w == king_alone || ((w == king_and_knight || w == king_and_bishop) && root.npecas[c] == 1) ||
+           (w == king_and_two_knights && root.npecas[c] == 2);
 }
 
-void negativa_manual(const Saldo& s) {
-    const float nivel = s.abaixo(negatfilter);
-    limites(1, [&](int n) { return n < primeira_negativa ? escada(n) : nivel; });
+void set_manual_positive(const Lead& lead) {
+    const auto level = static_cast<float>(options.positfilter + lead.m + lead.p + lead.L);
+    set_limits(0, [level](int n) { return n < first_positive ? nearest_mate(n) : level; });
 }
 
-void positiva_automatica(const Saldo& s, Cor minha) {
-    const float nivel = s.m <= -33 ? 1100.0F : s.acima(s.m < 50 ? 100.0F : 90.0F);
-    limites(primeira_positiva, [&](int) { return nivel; });
-    if (quase_so(outra(minha))) {
-        limites(0, escada);
-        if (material_a[outra(minha)] == 110.0F && material_a[minha] >= 160.0F) {
-            limites(primeira_positiva, [](int) { return 1100.0F; });
+void set_manual_negative(const Lead& lead) {
+    const float level = lead.below(options.negatfilter);
+    set_limits(1, [level](int n) { return n < first_negative ? nearest_mate(n) : level; });
+}
+
+void set_auto_positive(const Lead& lead, Colour own) {
+    set_limits_to(first_positive, lead.m <= lost ? wide_open : lead.above(margin_for(auto_margins, lead.m)));
+    if (is_almost_bare(other(own))) {
+        set_limits(0, nearest_mate);
+        if (root.material_a[other(own)] == king_alone && root.material_a[own] >= king_and_rook) {
+            set_limits_to(first_positive, wide_open);
         }
     }
-    if (quase_so(minha)) {
-        limites(2, [&](int) { return s.acima(90.0F); });
+    if (is_almost_bare(own)) {
+        set_limits_to(2, lead.above(auto_margin_when_almost_bare));
     }
 }
 
-void positiva_plena(const Saldo& s, Cor minha) {
-    if (homens() > 20) {
-        MAXcut[0] = s.acima(33.0F);
+void set_full_positive(const Lead& lead, Colour own) {
+    if (men_at_root() > many_men) {
+        bounds.MAXcut[0] = lead.above(full_margin_of_root);
     }
-    const float margem = s.m <= -33 ? 50.0F : (s.m < 50 ? 32.0F : (s.m < 90 ? 33.0F : 10.0F));
-    limites(primeira_positiva, [&](int) { return s.acima(margem); });
-    if (quase_so(minha)) {
-        limites(0, [&](int) { return s.acima(50.0F); });
+    set_limits_to(first_positive, lead.above(margin_for(full_positive_margins, lead.m)));
+    if (is_almost_bare(own)) {
+        set_limits_to(0, lead.above(full_margin_when_almost_bare));
     }
 }
 
-float margem_negativa(float m) {
-    if (Negative_filter == automatico) {
-        return m < 50 ? 100.0F : 90.0F;
+void set_auto_or_full_negative(const Lead& lead, Colour own) {
+    const bool is_auto = options.Negative_filterp == automatic;
+    const Margins& margins = is_auto ? auto_margins : full_negative_margins;
+    set_limits_to(first_negative, is_auto && lead.m <= lost ? wide_open : lead.below(margin_for(margins, lead.m)));
+    if (is_almost_bare(other(own))) {
+        set_limits_to(1, lead.below(negative_margin_against_almost_bare));
     }
-    return m <= -33 ? 90.0F : (m < 50 ? 50.0F : (m < 90 ? 32.0F : 33.0F));
-}
-
-void negativa_automatica_ou_plena(const Saldo& s, Cor minha) {
-    const bool larga = Negative_filter == automatico && s.m <= -33;
-    const float nivel = larga ? 1100.0F : s.abaixo(margem_negativa(static_cast<float>(s.m)));
-    limites(primeira_negativa, [&](int) { return nivel; });
-    if (quase_so(outra(minha))) {
-        limites(1, [&](int) { return s.abaixo(33.0F); });
-    }
-    if (quase_so(minha)) {
-        limites(1, escada);
+    if (is_almost_bare(own)) {
+        set_limits(1, nearest_mate);
     }
 }
 
 }  // namespace
 
-void limites_de_mate() {
-    for (int n = 0; n < ultima_ply; ++n) {
-        MAXcut[n] = escada(n);
+void set_score_windows(Colour own) {
+    const Lead lead{root.materialflot0, static_cast<long double>(own == white ? game_line.peca : -game_line.peca),
+                    log_of_ratio(root.material_a[own], root.material_a[other(own)]) * options.MQ};
+    set_limits(0, nearest_mate);
+    set_limits(1, nearest_mate);
+    switch (options.Positive_filterp) {
+        case manual: set_manual_positive(lead); break;
+        case automatic: set_auto_positive(lead, own); break;
+        case full: set_full_positive(lead, own); break;
+        default: break;
     }
-    MAXcutt = MAXcut;
-}
-
-void janelas_de_placar(Cor minha) {
-    const Saldo s{materialflot0, static_cast<long double>(minha == brancas ? peca : -peca),
-                  ln_da_razao(material_a[minha], material_a[outra(minha)]) * MQ};
-    if (Positive_filter == manual) {
-        positiva_manual(s);
-    } else {
-        limites(0, escada);
-    }
-    if (Negative_filter == manual) {
-        negativa_manual(s);
-    } else {
-        limites(1, escada);
-    }
-    if (Positive_filter == automatico) {
-        positiva_automatica(s, minha);
-    } else if (Positive_filter == pleno) {
-        positiva_plena(s, minha);
-    }
-    if (Negative_filter == automatico || Negative_filter == pleno) {
-        negativa_automatica_ou_plena(s, minha);
+    switch (options.Negative_filterp) {
+        case manual: set_manual_negative(lead); break;
+        case automatic:
+        case full: set_auto_or_full_negative(lead, own); break;
+        default: break;
     }
 }
 

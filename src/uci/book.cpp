@@ -1,6 +1,6 @@
 #include "uci/book.h"
 
-#include "base/root.h"
+#include "uci/command_line.h"
 #include "uci/output.h"
 
 #include <array>
@@ -10,14 +10,14 @@ namespace ondrel {
 namespace {
 
 // The moves of a position line that begins from the start position, and the reply.
-struct LinhaDoLivro {
-    std::string_view lances;
-    std::string_view resposta;
+struct BookLine {
+    std::string_view moves;
+    std::string_view reply;
 };
 
-constexpr std::string_view comeco = "position startpos moves ";
+constexpr std::string_view beginning = "position startpos moves ";
 
-constexpr std::array<LinhaDoLivro, 6> primeiros_lances{{
+constexpr std::array<BookLine, 6> first_moves{{
     {"e2e4", "bestmove d7d5"},
     {"d2d4", "bestmove c7c5"},
     {"g1f3", "bestmove g8f6"},
@@ -26,7 +26,7 @@ constexpr std::array<LinhaDoLivro, 6> primeiros_lances{{
     {"g2g3", "bestmove d7d5"},
 }};
 
-constexpr std::array<LinhaDoLivro, 22> livro_das_brancas{{
+constexpr std::array<BookLine, 22> book_of_white{{
     {"e2e4 e7e5", "bestmove g1f3"},
     {"e2e4 e7e5 g1f3 b8c6", "bestmove f1c4"},
     {"e2e4 e7e5 g1f3 b8c6 f1c4 f8c5", "bestmove c2c3"},
@@ -51,7 +51,7 @@ constexpr std::array<LinhaDoLivro, 22> livro_das_brancas{{
     {"e2e4 g7g6", "bestmove d2d4"},
 }};
 
-constexpr std::array<LinhaDoLivro, 14> livro_das_pretas{{
+constexpr std::array<BookLine, 14> book_of_black{{
     {"e2e4 d7d5 e4e5", "bestmove c8f5"},
     {"e2e4 d7d5 e4d5", "bestmove g8f6"},
     {"e2e4 d7d5 e4d5 g8f6 d2d4", "bestmove f6d5"},
@@ -68,31 +68,31 @@ constexpr std::array<LinhaDoLivro, 14> livro_das_pretas{{
     {"d2d4 c7c5 d4d5", "bestmove d7d6"},
 }};
 
-std::string_view procura_linha(std::span<const LinhaDoLivro> livro, std::string_view linha) {
-    if (!linha.starts_with(comeco)) {
+std::string_view find_reply(std::span<const BookLine> book, std::string_view line) {
+    if (!line.starts_with(beginning)) {
         return {};
     }
-    for (const LinhaDoLivro& x : livro) {
-        if (linha.substr(comeco.size()) == x.lances) {
-            return x.resposta;
+    for (const BookLine& x : book) {
+        if (line.substr(beginning.size()) == x.moves) {
+            return x.reply;
         }
     }
     return {};
 }
 
-void responde(std::span<const LinhaDoLivro> livro) {
-    const std::string_view resposta = procura_linha(livro, in);
-    OwnBk = resposta.empty() ? 0 : 1;
-    if (OwnBk) {
-        escreve_linha(resposta);
+void answer(std::span<const BookLine> book) {
+    const std::string_view reply = find_reply(book, command.in);
+    own_book.OwnBk = reply.empty() ? 0 : 1;
+    if (own_book.OwnBk) {
+        write_line(reply);
     }
 }
 
 }  // namespace
 
-void Own_Book_b() { responde(livro_das_brancas); }
-void Own_Book_p() { responde(livro_das_pretas); }
+void Own_Book_b() { answer(book_of_white); }
+void Own_Book_p() { answer(book_of_black); }
 
-std::string_view resposta_ao_primeiro_lance(std::string_view linha) { return procura_linha(primeiros_lances, linha); }
+std::string_view reply_to_first_move(std::string_view line) { return find_reply(first_moves, line); }
 
 }  // namespace ondrel

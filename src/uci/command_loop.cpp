@@ -1,11 +1,12 @@
 #include "uci/command_loop.h"
 
-#include "base/options.h"
-#include "base/root.h"
 #include "eval/preparation.h"
 #include "memory/game_memory.h"
+#include "search/observers.h"
 #include "search/schedule.h"
+#include "search/state.h"
 #include "uci/book.h"
+#include "uci/command_line.h"
 #include "uci/go.h"
 #include "uci/options.h"
 #include "uci/output.h"
@@ -17,10 +18,11 @@
 namespace ondrel {
 namespace {
 
-constexpr std::string_view partida_nova = "position startpos";
+constexpr std::string_view new_game_line = "position startpos";
 
 // Reads a line into `in`, without its line end. Tells whether there was one.
-bool le_linha() {
+bool read_line() {
+    std::string& in = command.in;
     if (!std::getline(std::cin, in)) {
         in.clear();
         return false;
@@ -32,117 +34,129 @@ bool le_linha() {
 }
 
 // Finds which form of position the line has, if any, and notes it in the flags.
-bool reconhece_posicao() {
-    if (in == partida_nova) {
-        joga_c_b = 1;
-    } else if (in_em(0) == 'p' && in_em(9) == 's' && in_em(18) == 'm') {
-        (in_em(28) == '\0' ? joga_c_p : joga_c_ob) = 1;
-    } else if (in_em(0) == 'p' && in_em(5) == 'i' && in_em(9) == 'f') {
-        joga_c_fen = 1;
+bool recognise_position() {
+    if (command.in == new_game_line) {
+        command.joga_c_b = 1;
+    } else if (is_line_from_start()) {
+        command.joga_c_ob = 1;
+    } else if (in_at(0) == 'p' && in_at(9) == 's' && in_at(18) == 'm') {
+        command.joga_c_p = 1;  // one move of four characters
+    } else if (is_fen_line()) {
+        command.joga_c_fen = 1;
     } else {
         return false;
     }
     return true;
 }
 
-void esquece_formas() {
-    joga_c_b = 0;
-    joga_c_p = 0;
-    joga_c_ob = 0;
-    joga_c_fen = 0;
+void forget_forms() {
+    command.joga_c_b = 0;
+    command.joga_c_p = 0;
+    command.joga_c_ob = 0;
+    command.joga_c_fen = 0;
 }
 
-void responde_uci() {
-    escreve_linha("id name Ondrel 29.1 64bit");
-    escreve_linha("id author Ilvar Tessmo Quernal");
-    if (HASH1) {
-        limpa_memoria();
+void answer_uci() {
+    write_line("id name Ondrel 29.1 64bit");
+    write_line("id author Ilvar Tessmo Quernal");
+    if (options.HASH1) {
+        clear_game_memory();
     }
-    anuncia_opcoes();
-    escreve_linha("uciok");
+    announce_options();
+    write_line("uciok");
 }
 
 // Reads until a go line and takes its clock; the end of input counts as a plain go.
-void espera_go() {
-    while (le_linha()) {
-        if (in_em(0) == 'g' && in_em(1) == 'o') {
-            le_relogio_do_go();
+void wait_for_go() {
+    while (read_line()) {
+        if (in_at(0) == 'g' && in_at(1) == 'o') {
+            read_clock();
             return;
         }
     }
 }
 
 // The text of the move, the final report, and the reply.
-void responde() {
+void reply() {
     convert_0000_to_a1a2();
     info_final();
-    escreve_linha(out);
+    write_line(command.out);
 }
+
+// --- The first move of a game is answered on the position line ---
 
 // White's first move, or Black's reply to it, by a search of pawn and knight moves alone.
-void busca_e_responde_ao_inicio(Cor minha) {
-    busca_do_primeiro_lance(minha);
-    EP = E;
+void search_and_reply_to_new_game(Colour own) {
+    search_first_move(own);
+    search.EP = search.E;
     init_tabuleiro();
-    responde();
+    reply();
 }
 
-void comeca_de_brancas() {
-    nova_partida(brancas);
-    if (OwnBook) {
-        escreve_linha(resposta_ao_inicio);
+void begin_as_white() {
+    begin_game(white);
+    if (options.OwnBook) {
+        write_line(reply_to_new_game);
     } else {
-        busca_e_responde_ao_inicio(brancas);
+        search_and_reply_to_new_game(white);
     }
 }
 
-void comeca_de_pretas() {
-    nova_partida(pretas);
-    joga_lance_da_linha();
-    if (!OwnBook) {
-        busca_e_responde_ao_inicio(pretas);
-    } else if (const auto resposta = resposta_ao_primeiro_lance(in); !resposta.empty()) {
-        escreve_linha(resposta);
+void begin_as_black() {
+    begin_game(black);
+    play_move_of_line();
+    if (!options.OwnBook) {
+        search_and_reply_to_new_game(black);
+    } else if (const auto text = reply_to_first_move(command.in); !text.empty()) {
+        write_line(text);
     }
 }
 
-bool responde_do_livro() {
-    if (!OwnBook || joga_c_fen || !joga_c_ob) {
+// --- A game in progress ---
+
+// Tells whether the book has answered.
+bool reply_from_book() {
+    if (!options.OwnBook || command.joga_c_fen || !command.joga_c_ob) {
         return false;
     }
-    joga_com_b ? Own_Book_b() : Own_Book_p();
-    return OwnBk;
+    side_to_search() == white ? Own_Book_b() : Own_Book_p();
+    return own_book.OwnBk;
 }
 
-// One exchange of a game in progress.
-void joga_posicao() {
-    le_posicao();
-    if (responde_do_livro()) {
+// A searched move is played, and remembered.
+void play_searched_move() {
+    init_tabuleiro();
+    if (options.HASH1 && search.HASH_MEM) {
+        hash_mem_build(search.inn, demand_of_search(), {search.E, game.abcd, game_line.PR});
+    }
+}
+
+// One exchange.
+void play_position() {
+    read_position();
+    if (reply_from_book()) {
         return;
     }
-    const Cor minha = joga_com_b ? brancas : pretas;
-    prepara_busca(minha);
-    espera_go();
-    busca_na_raiz(minha);
-    EP = E;
-    if (!mem_TEST) {
-        init_tabuleiro();
-        if (HASH1 && HASH_MEM) {
-            hash_mem_build();
-        }
+    const Colour own = side_to_search();
+    prepare_search(own);
+    wait_for_go();
+    search_root(own);
+    search.EP = search.E;
+    if (!search.mem_TEST) {
+        play_searched_move();
     }
-    responde();
+    reply();
 }
 
 // Plays from the first position line to the end of input or quit.
-void joga_partidas() {
+void play_games() {
     for (;;) {
-        if (joga_c_b) {
-            comeca_de_brancas();
-        } else if (joga_c_p) {
-            comeca_de_pretas();
-        } else if (joga_c_ob || joga_c_fen) {
-            joga_posicao();
+        if (command.joga_c_b) {
+            begin_as_white();
+        } else if (command.joga_c_p) {
+            begin_as_black();
+        } else if (command.joga_c_ob || command.joga_c_fen) {
+            play_position();
         } else {
             return;
         }
@@ -153,52 +167,53 @@ void joga_partidas() {
 }  // namespace
 
 void convert_0000_to_a1a2() {
-    if (PR != '0' && PR != 'q') {
+    if (game_line.PR != '0' && game_line.PR != 'q') {
         return;
     }
-    ABCD = {static_cast<char>('a' + abcd.a), static_cast<char>('1' + abcd.b), static_cast<char>('a' + abcd.c),
-            static_cast<char>('1' + abcd.d)};
-    out = "bestmove " + std::string(ABCD.data(), ABCD.size());
-    if (PR == 'q') {
-        out += 'q';
-        PR = '0';
+    const Move m = game.abcd;
+    command.ABCD = {static_cast<char>('a' + m.from_file), static_cast<char>('1' + m.from_rank),
+                    static_cast<char>('a' + m.to_file), static_cast<char>('1' + m.to_rank)};
+    command.out = "bestmove " + std::string(command.ABCD.data(), command.ABCD.size());
+    if (game_line.PR == 'q') {
+        command.out += 'q';
+        game_line.PR = '0';
     }
-    PRs = '0';
+    game_line.PRs = '0';
 }
 
 void convert_a1a2_to_0000() {
-    esquece_formas();
-    deep = deepp;
-    while (le_linha()) {
-        if (reconhece_posicao()) {
+    forget_forms();
+    while (read_line()) {
+        if (recognise_position()) {
             return;
         }
-        if (in == "isready") {
-            escreve_linha("readyok");
-        } else if (in == "quit") {
-            SAIR_PROGRAMA = 1;
+        if (command.in == "isready") {
+            write_line("readyok");
+        } else if (command.in == "quit") {
+            command.SAIR_PROGRAMA = 1;
             return;
         } else {
-            le_opcao();
+            read_option();
         }
     }
 }
 
-void laco_de_comandos() {
-    while (le_linha()) {
-        if (in == "uci") {
-            responde_uci();
+void run_command_loop() {
+    observers.root_move_searched = report_root_move;
+    while (read_line()) {
+        if (command.in == "uci") {
+            answer_uci();
         }
-        le_opcao();
-        if (in == "isready") {
-            escreve_linha("readyok");
+        read_option();
+        if (command.in == "isready") {
+            write_line("readyok");
         }
-        if (in == "quit") {
+        if (command.in == "quit") {
             return;
         }
-        if (reconhece_posicao()) {
-            joga_partidas();
-            if (SAIR_PROGRAMA) {
+        if (recognise_position()) {
+            play_games();
+            if (command.SAIR_PROGRAMA) {
                 return;
             }
         }

@@ -1,124 +1,131 @@
 #include "uci/go.h"
 
-#include "base/options.h"
-#include "base/root.h"
+#include "search/state.h"
+#include "uci/command_line.h"
 
 #include <array>
-#include <string_view>
 
 namespace ondrel {
 namespace {
 
-// Where the digits of the first clock begin; 0 if the line has none of the known shapes.
-std::size_t comeco_do_relogio() {
-    if (in_em(3) == 'm') {
-        for (std::size_t digitos = 1; digitos <= 3; ++digitos) {
-            if (in_em(15 + digitos) == 't') {
-                return 20 + digitos;
+constexpr std::size_t no_clock = 0;
+constexpr std::size_t clock_at = 9;  // "go wtime 300000"
+
+// Where the digits of the first clock begin; no_clock if the line has none of the known shapes.
+std::size_t start_of_clock() {
+    // "go movestogo 40 wtime 300000", with up to three digits
+    if (in_at(3) == 'm') {
+        for (std::size_t digits = 1; digits <= 3; ++digits) {
+            if (in_at(15 + digits) == 't') {
+                return 20 + digits;
             }
         }
     }
-    return in_em(4) == 't' ? 9 : 0;
+    return in_at(4) == 't' ? clock_at : no_clock;
 }
 
-// The distance to the first blank, looked for at the seven positions behind the first digit; 8 if it is farther off.
-int conta_digitos(std::size_t comeco) {
-    int digitos = 1;
-    while (digitos < 8 && in_em(comeco + static_cast<std::size_t>(digitos)) != ' ') {
-        ++digitos;
+constexpr int most_digits = 8;
+
+// The distance to the first blank, looked for at the seven positions behind the first digit; most_digits if it is
+// farther off.
+int count_digits(std::size_t start) {
+    int digits = 1;
+    while (digits < most_digits && in_at(start + static_cast<std::size_t>(digits)) != ' ') {
+        ++digits;
     }
-    return digitos;
+    return digits;
 }
 
-void pouco_tempo() {
-    SEARCH_E = 0;
-    IIDS = 0;
-    EXTRA_EVAL = 0;
+void enter_low_time_mode() {
+    search.SEARCH_E = 0;
+    search.IIDS = 0;
+    search.EXTRA_EVAL = 0;
 }
 
 // With few men left, one step deeper.
-void deep_por_homens(int sempre, int com_poucos, int poucos) { deep = homens() <= poucos ? com_poucos : sempre; }
+void set_deep(int with_many, int with_few, int few) { search.deep = men_at_root() <= few ? with_few : with_many; }
 
-// The row of a CPU power: the budget up to which time is short, and the men up to which depths rise.
-struct Potencia {
-    int CPU, T, A, B, C, D, E;
+// The row of a CPU power: the budget up to which time is low, and the men up to which depths rise.
+struct Power {
+    int CPU;
+    int low_time;       // T
+    int men_under_90;   // A, by the budget in seconds
+    int men_under_60;   // B
+    int men_under_30;   // C
+    int men_to_deep_9;  // D, also under 30
+    int men_under_10;   // E
 };
-constexpr std::array<Potencia, 4> potencias{{{5, 10000, 15, 11, 17, 7, 9},
-                                             {1, 20000, 13, 9, 15, 5, 7},
-                                             {2, 30000, 11, 7, 13, 3, 5},
-                                             {3, 50000, 9, 5, 11, 1, 3}}};
+constexpr std::array<Power, 4> powers{{{5, 10000, 15, 11, 17, 7, 9},
+                                       {1, 20000, 13, 9, 15, 5, 7},
+                                       {2, 30000, 11, 7, 13, 3, 5},
+                                       {3, 50000, 9, 5, 11, 1, 3}}};
 
 // Under 100 seconds: a later rule overrides an earlier one.
-void menos_de_100_segundos(const Potencia& x) {
-    if (tempo <= x.T) {
-        pouco_tempo();
+void apply_power(const Power& x) {
+    const int tempo = search.tempo;
+    if (tempo <= x.low_time) {
+        enter_low_time_mode();
     }
     if (tempo <= 90000) {
-        deep_por_homens(7, 9, x.A);
+        set_deep(7, 9, x.men_under_90);
     }
     if (tempo <= 60000) {
-        deep_por_homens(7, 9, x.B);
+        set_deep(7, 9, x.men_under_60);
     }
     if (tempo <= 30000) {
-        deep_por_homens(5, 7, x.C);
-        if (homens() <= x.D) {
-            deep = 9;
+        set_deep(5, 7, x.men_under_30);
+        if (men_at_root() <= x.men_to_deep_9) {
+            search.deep = 9;
         }
     }
     if (tempo <= 10000) {
-        deep_por_homens(5, 7, x.E);
+        set_deep(5, 7, x.men_under_10);
     }
 }
 
-// A first digit of 1 to 9 times the unit; anything else sets nothing.
-bool toma_tempo(char F, int unidade) {
-    if (F < '1' || F > '9') {
+// A first digit of 1 to 9 times the unit; anything else sets nothing. Tells whether it did.
+bool take_budget(char first_digit, int unit) {
+    if (first_digit < '1' || first_digit > '9') {
         return false;
     }
-    tempo = (F - '0') * unidade;
+    search.tempo = (first_digit - '0') * unit;
     return true;
 }
 
-void toma_menos_de_100_segundos(char F) {
-    if (!toma_tempo(F, 10000)) {
+void take_five_digits(char first_digit) {
+    if (!take_budget(first_digit, 10000)) {
         return;
     }
-    for (const Potencia& x : potencias) {
-        if (x.CPU == CPU) {
-            menos_de_100_segundos(x);
+    for (const Power& x : powers) {
+        if (x.CPU == options.CPU) {
+            apply_power(x);
         }
     }
+}
+
+// Up to four digits the depth alone bounds the search.
+void take_low_time(int deep_with_many, int deep_with_few, int few) {
+    enter_low_time_mode();
+    set_deep(deep_with_many, deep_with_few, few);
 }
 
 }  // namespace
 
-void le_relogio_do_go() {
-    const std::size_t comeco = comeco_do_relogio();
-    if (comeco == 0) {
+void read_clock() {
+    const std::size_t start = start_of_clock();
+    if (start == no_clock) {
         return;
     }
-    const char F = in_em(comeco);
-    switch (conta_digitos(comeco)) {
-        case 1:
-            pouco_tempo();
-            deep = 0;
-            break;
-        case 2:
-            pouco_tempo();
-            deep_por_homens(0, 1, 1);
-            break;
-        case 3:
-            pouco_tempo();
-            deep_por_homens(1, 3, 3);
-            break;
-        case 4:
-            pouco_tempo();
-            deep_por_homens(3, 5, 5);
-            break;
-        case 5: toma_menos_de_100_segundos(F); break;
-        case 6: toma_tempo(F, 100000); break;
-        case 7: toma_tempo(F, 1000000); break;
-        default: tempo = 10000000; break;
+    const char first_digit = in_at(start);
+    switch (count_digits(start)) {
+        case 1: return take_low_time(0, 0, 0);
+        case 2: return take_low_time(0, 1, 1);
+        case 3: return take_low_time(1, 3, 3);
+        case 4: return take_low_time(3, 5, 5);
+        case 5: return take_five_digits(first_digit);
+        case 6: take_budget(first_digit, 100000); return;
+        case 7: take_budget(first_digit, 1000000); return;
+        default: search.tempo = 10000000; return;
     }
 }
 

@@ -5,16 +5,16 @@
 
 namespace ondrel {
 
-void abre_saida() {
+void open_output() {
     std::ios::sync_with_stdio(false);
     std::cin.tie(nullptr);
     std::cout.setf(std::ios::unitbuf);
 }
 
-void escreve_linha(std::string_view texto) {
-    std::string linha(texto);
-    linha += '\n';
-    std::cout << linha;
+void write_line(std::string_view text) {
+    std::string line(text);
+    line += '\n';
+    std::cout << line;
 }
 
 }  // namespace ondrel

@@ -6,9 +6,9 @@
 namespace ondrel {
 
 // Makes every insertion a flush; called once, before anything is written.
-void abre_saida();
+void open_output();
 
 // Writes the text and a line end.
-void escreve_linha(std::string_view texto);
+void write_line(std::string_view text);
 
 }  // namespace ondrel

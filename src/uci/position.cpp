@@ -1,159 +1,124 @@
 #include "uci/position.h"
 
-#include "base/bounds.h"
 #include "base/clock.h"
-#include "base/options.h"
-#include "base/root.h"
 #include "eval/preparation.h"
 #include "eval/tables.h"
 #include "memory/shallow_tables.h"
 #include "search/schedule.h"
-#include "search/score_windows.h"
+#include "search/state.h"
+#include "uci/command_line.h"
 
 #include <algorithm>
-#include <string_view>
 
 namespace ondrel {
 namespace {
 
-constexpr int limite_de_lances = 99999;
-constexpr int primeiro_lance_em = 24;  // where the moves of "position startpos moves e2e4" begin
+constexpr int most_moves = 99999;
+constexpr int first_move_at = 24;         // where the moves of "position startpos moves e2e4" begin
+constexpr std::size_t board_at = 13;      // where the board of "position fen ..." begins
+constexpr int castling_field = 5;         // characters of it that are looked at
+constexpr std::size_t moves_within = 30;  // how far behind the board field "moves" may begin
 
-// --- Resets ---
+// --- What a line begins with ---
 
-// What both a new game and a position line begin with.
-void zera_posicao() {
-    inicio = relogio();
-    IIDS = 1;
-    pempatee = 1;
-    X = 1;
-    FULL = {};
-    SEARCH_E = SEARCH_EE;
-    E = -10000000.0F;
-    EP = 0;
-    curr = 0;
-    DEEP = 0;
-    dddep = 0;
-    peca = 0;
-    roque = {};
-    alfa[0] = inicio_alfa;
-    ALFA0 = inicio_alfa;
-    aab_ddb = nenhum_lance;
-    aa_dd.fill(nenhum_lance);
-    aag_ddg.fill(nenhum_lance);
-    emp = empp;
-    nb = 1;
-    o = primeiro_lance_em;
-    PR = PRs = PRe = '0';
-    SAIR_PROGRAMA = 0;
-    Y = 0;
+void begin_line() {
+    game_line = GameLine{};
+    search = Search{};
+    search.inicio = clock_ms();
+    bounds = Bounds{};
+    slots = Slots{};
     jm.p_ah = {};
-    pp = 0;
-    joga_c_b = 0;
-    joga_c_p = 0;
-    book = 0;
-    PROMO = 0;
-    deeppromo = 0;
-    for (Tabuleiro& linha : tabr1) {
-        linha.fill(1);
-    }
-}
-
-// A game does not depend on the game before it.
-void esquece_partida_anterior() {
-    regimen = 0;
-    p_x_R = {4, 4};
-    p_y_R = {0, 7};
-    Xr = {};
-    XP = {};
+    command.o = first_move_at;
+    command.SAIR_PROGRAMA = 0;
+    command.joga_c_b = 0;
+    command.joga_c_p = 0;
 }
 
 // --- The moves of the line ---
 
-bool letra_de_promocao(char x) { return x == 'q' || x == 'r' || x == 'b' || x == 'n'; }
+bool is_promotion_letter(char x) { return x == 'q' || x == 'r' || x == 'b' || x == 'n'; }
 
 // Notes in book and PROMO what stands behind the four characters of the move at o.
-void olha_depois_do_lance() {
-    const auto r = static_cast<std::size_t>(o) + 3;
-    book = 0;
-    PROMO = 0;
-    if (in_em(r + 1) == ' ') {
-        book = 1;
-    } else if (letra_de_promocao(in_em(r + 1)) && (in_em(r + 2) == ' ' || in_em(r + 2) == '\0')) {
-        book = in_em(r + 2) == ' ' ? 1 : 0;
-        PROMO = 1;
+void look_behind_move() {
+    const auto behind = static_cast<std::size_t>(command.o) + 4;
+    command.book = 0;
+    command.PROMO = 0;
+    if (in_at(behind) == ' ') {
+        command.book = 1;
+    } else if (is_promotion_letter(in_at(behind)) && (in_at(behind + 1) == ' ' || in_at(behind + 1) == '\0')) {
+        command.book = in_at(behind + 1) == ' ' ? 1 : 0;
+        command.PROMO = 1;
     }
 }
 
-void avanca_para_o_lance_seguinte() { o += PROMO ? 6 : 5; }
+void go_to_next_move() { command.o += command.PROMO ? 6 : 5; }
 
 // How many moves the walk from here will play.
-int conta_lances() {
-    const int guardado = o;
-    int quantos = 1;
-    for (olha_depois_do_lance(); book && quantos <= limite_de_lances; olha_depois_do_lance()) {
-        avanca_para_o_lance_seguinte();
-        ++quantos;
+int count_moves() {
+    const int here = command.o;
+    int count = 1;
+    for (look_behind_move(); command.book && count <= most_moves; look_behind_move()) {
+        go_to_next_move();
+        ++count;
     }
-    o = guardado;
-    return quantos;
+    command.o = here;
+    return count;
 }
 
 // A character outside its range leaves the coordinate as it was.
-void decodifica(int& coordenada, char x, char primeira) {
-    if (x >= primeira && x < primeira + 8) {
-        coordenada = x - primeira;
+void decode(std::int8_t& coordinate, char x, char first) {
+    if (x >= first && x < first + 8) {
+        coordinate = static_cast<std::int8_t>(x - first);
     }
 }
 
-void decodifica_lance() {
-    for (std::size_t k = 0; k < 4; ++k) {
-        ABCD[k] = in_em(static_cast<std::size_t>(o) + k);
+void decode_move() {
+    for (std::size_t k = 0; k < command.ABCD.size(); ++k) {
+        command.ABCD[k] = in_at(static_cast<std::size_t>(command.o) + k);
     }
-    decodifica(abcd.a, ABCD[0], 'a');
-    decodifica(abcd.b, ABCD[1], '1');
-    decodifica(abcd.c, ABCD[2], 'a');
-    decodifica(abcd.d, ABCD[3], '1');
+    decode(game.abcd.from_file, command.ABCD[0], 'a');
+    decode(game.abcd.from_rank, command.ABCD[1], '1');
+    decode(game.abcd.to_file, command.ABCD[2], 'a');
+    decode(game.abcd.to_rank, command.ABCD[3], '1');
 }
 
-void guarda_na_historia() {
-    if (nb <= linhas_tabr1) {
-        tabr1[nb - 1] = tab;
+void note_in_history() {
+    if (game_line.nb <= tabr1_rows) {
+        game_line.tabr1[game_line.nb - 1] = tab;
     }
 }
 
-void joga_lances() {
+// After the last move nb is not counted up again.
+void play_moves() {
     for (;;) {
-        olha_depois_do_lance();
-        if (PROMO) {
-            PRe = in_em(static_cast<std::size_t>(o) + 4);
+        look_behind_move();
+        if (command.PROMO) {
+            game_line.PRe = in_at(static_cast<std::size_t>(command.o) + 4);
         }
-        joga_lance_da_linha(book && nb < limite_de_lances);
-        avanca_para_o_lance_seguinte();
-        guarda_na_historia();
-        if (!book) {
+        play_move_of_line(command.book && game_line.nb < most_moves);
+        go_to_next_move();
+        note_in_history();
+        if (!command.book) {
             return;
         }
-        ++nb;
-        if (nb > limite_de_lances) {
+        ++game_line.nb;
+        if (game_line.nb > most_moves) {
             return;
         }
     }
 }
 
-// --- From the start position ---
-
-void repete_do_inicio() {
-    tab = tabuleiro_inicial;
+void replay_from_start() {
+    tab = start_board;
     jm = {};
-    joga_c_ob = 1;
-    joga_com_b = conta_lances() % 2 == 0 ? 1 : 0;
-    joga_lances();
+    command.joga_c_ob = 1;
+    game.joga_com_b = count_moves() % 2 == 0 ? 1 : 0;
+    play_moves();
 }
 
 // --- FEN ---
 
-Peca peca_da_letra(char x) {
+Piece piece_of_letter(char x) {
     switch (x) {
         case 'P':
         case 'p': return peao;
@@ -167,17 +132,17 @@ Peca peca_da_letra(char x) {
         case 'q': return dama;
         case 'K':
         case 'k': return rei;
-        default: return vazia;
+        default: return no_piece;
     }
 }
 
 // Reads the board field and gives the position behind it. What would stand outside the board is dropped.
-std::size_t le_tabuleiro(std::size_t k) {
+std::size_t read_board(std::size_t k) {
     tab = {};
     int f = 0;
-    int r = 7;
-    for (; k < in.size(); ++k) {
-        const char x = in[k];
+    int r = last_rank;
+    for (; k < command.in.size(); ++k) {
+        const char x = command.in[k];
         if (x == ' ' && r == 0) {
             break;
         }
@@ -186,9 +151,9 @@ std::size_t le_tabuleiro(std::size_t k) {
             --r;
         } else if (x >= '1' && x <= '8') {
             f += x - '0';
-        } else if (const Peca piece = peca_da_letra(x); piece != vazia) {
-            if (no_tabuleiro(f, r)) {
-                tab[casa(f, r)] = static_cast<std::int8_t>(codigo(x < 'a' ? brancas : pretas, piece));
+        } else if (const Piece piece = piece_of_letter(x); piece != no_piece) {
+            if (on_board(f, r)) {
+                tab[square(f, r)] = man(x < 'a' ? white : black, piece);
             }
             ++f;
         }
@@ -196,12 +161,12 @@ std::size_t le_tabuleiro(std::size_t k) {
     return k;
 }
 
-void le_direito_de_roque(char x) {
-    if (CHESS_960) {
+void read_castling_right(char x) {
+    if (options.CHESS_960) {
         jm.R_jm = jm.T_a_jm = jm.T_h_jm = {1, 1};
         return;
     }
-    const Cor c = x == 'K' || x == 'Q' ? brancas : pretas;
+    const Colour c = x == 'K' || x == 'Q' ? white : black;
     if (x == 'K' || x == 'k') {
         jm.R_jm[c] = 0;
         jm.T_h_jm[c] = 0;
@@ -212,133 +177,119 @@ void le_direito_de_roque(char x) {
 }
 
 // The file of the square tells the pawn, its rank the colour that has just made the double step.
-void le_en_passant(char file, char rank) {
+void read_en_passant(char file, char rank) {
     if (file < 'a' || file > 'h') {
         return;
     }
     if (rank == '3') {
-        jm.p_ah[brancas][file - 'a'] = 1;
+        jm.p_ah[white][file - 'a'] = 1;
     } else if (rank == '6') {
-        jm.p_ah[pretas][file - 'a'] = 1;
+        jm.p_ah[black][file - 'a'] = 1;
     }
 }
 
-// Reads castling rights from position k on, five characters at most, and the en-passant square behind them.
-void le_roques_e_en_passant(std::size_t k) {
-    for (const std::size_t fim_do_campo = k + 5; k < fim_do_campo; ++k) {
-        const char x = in_em(k);
-        le_direito_de_roque(x);
+// Reads castling rights from position k on, and the en-passant square behind them.
+void read_castling_and_en_passant(std::size_t k) {
+    for (const std::size_t end = k + castling_field; k < end; ++k) {
+        const char x = in_at(k);
+        read_castling_right(x);
         if (x == '-' || x == ' ') {
             const std::size_t en_passant = k + (x == '-' ? 2 : 1);
-            return le_en_passant(in_em(en_passant), in_em(en_passant + 1));
+            return read_en_passant(in_at(en_passant), in_at(en_passant + 1));
         }
     }
 }
 
 // Looks for a move list close behind the board field, and leaves o at its first move.
-void procura_lances(std::size_t fim_do_tabuleiro) {
-    MOVESfen = 0;
-    for (std::size_t k = fim_do_tabuleiro + 1; k <= fim_do_tabuleiro + 30; ++k) {
-        if (in_em(k) == 'm' && in_em(k + 1) == 'o') {
-            MOVESfen = 1;
-            o = static_cast<int>(k) + 6;
+void find_moves(std::size_t end_of_board) {
+    command.MOVESfen = 0;
+    for (std::size_t k = end_of_board + 1; k <= end_of_board + moves_within; ++k) {
+        if (in_at(k) == 'm' && in_at(k + 1) == 'o') {
+            command.MOVESfen = 1;
+            command.o = static_cast<int>(k) + 6;
             return;
         }
     }
 }
 
-void le_fen() {
-    constexpr std::size_t tabuleiro_em = 13;
+void read_fen() {
     jm.R_jm = jm.T_a_jm = jm.T_h_jm = {1, 1};
-    joga_c_fen = 1;
-    const std::size_t fim_do_tabuleiro = le_tabuleiro(tabuleiro_em);
-    const char lado = in_em(fim_do_tabuleiro + 1);
-    if (lado == 'w' || lado == 'b') {
-        joga_com_b = lado == 'w' ? 1 : 0;
+    command.joga_c_fen = 1;
+    const std::size_t end_of_board = read_board(board_at);
+    const char side = in_at(end_of_board + 1);
+    if (side == 'w' || side == 'b') {
+        game.joga_com_b = side == 'w' ? 1 : 0;
     }
-    le_roques_e_en_passant(fim_do_tabuleiro + 3);
-    procura_lances(fim_do_tabuleiro);
-    if (MOVESfen && conta_lances() % 2 != 0) {
-        joga_com_b = joga_com_b ? 0 : 1;
+    read_castling_and_en_passant(end_of_board + 3);
+    find_moves(end_of_board);
+    if (command.MOVESfen && count_moves() % 2 != 0) {
+        game.joga_com_b = game.joga_com_b ? 0 : 1;
     }
-    prepara_posicao_do_fen();
-    if (MOVESfen) {
-        joga_lances();
+    prepare_position_of_fen();
+    if (command.MOVESfen) {
+        play_moves();
     }
 }
 
-bool linha_do_inicio() { return in_em(0) == 'p' && in_em(9) == 's' && in_em(18) == 'm' && in_em(28) != '\0'; }
-bool linha_de_fen() { return in_em(0) == 'p' && in_em(5) == 'i' && in_em(9) == 'f'; }
+// --- Search ---
 
-void copia_chave() {
-    inn.fill('9');
-    std::copy_n(in.begin(), std::min(in.size(), inn.size()), inn.begin());
-    HASH_MEM = in.size() < inn.size() ? 1 : 0;
+// The line as key, filled up with '9'; one that is too long is none.
+void make_key() {
+    search.inn.fill('9');
+    std::copy_n(command.in.begin(), std::min(command.in.size(), search.inn.size()), search.inn.begin());
+    search.HASH_MEM = command.in.size() < search.inn.size() ? 1 : 0;
 }
 
 }  // namespace
 
-void nova_partida(Cor c) {
-    zera_posicao();
-    esquece_partida_anterior();
-    joga_c_ob = 0;
-    joga_c_fen = 0;
-    EXTRA_EVAL = 1;
-    SCANT = 1;
-    SCAN1 = 0;
-    DEEP9 = 0;
-    nodes = 0;
-    materialflot0 = 0;
-    tempo = 180000;
+bool is_line_from_start() { return in_at(0) == 'p' && in_at(9) == 's' && in_at(18) == 'm' && in_at(28) != '\0'; }
+bool is_fen_line() { return in_at(0) == 'p' && in_at(5) == 'i' && in_at(9) == 'f'; }
+
+void begin_game(Colour c) {
+    constexpr int tempo_of_first_move = 180000;
+    begin_line();
+    trial = Trial{};
+    root = RootPosition{};
+    search.tempo = tempo_of_first_move;
+    search.EXTRA_EVAL = 1;
+    command.joga_c_ob = 0;
+    command.joga_c_fen = 0;
+    tab = start_board;
     jm = {};
-    tab = tabuleiro_inicial;
-    joga_com_b = c == brancas ? 1 : 0;
-    preenche_tabelas_da_partida(c);
-    limites_de_mate();
-    material_a = {510.0F, 510.0F};
-    materialmaior = {320.0F, 320.0F};
-    npecas = {15, 15};
-    npecas_dp = {7, 7};
-    emp = emppp = empp - 10;
-    if (HASHf) {
-        limpa_cadeia_rasa(c);
+    game.joga_com_b = c == white ? 1 : 0;
+    fill_tables_of_new_game(c);
+    if (options.HASHf) {
+        clear_shallow_chain(c);
     }
 }
 
-void le_posicao() {
-    const bool do_inicio = joga_c_ob || linha_do_inicio();
-    zera_posicao();
-    if (do_inicio) {
-        repete_do_inicio();
-    } else if (joga_c_fen || linha_de_fen()) {
-        le_fen();
+void read_position() {
+    const bool from_start = command.joga_c_ob || is_line_from_start();
+    begin_line();
+    if (from_start) {
+        replay_from_start();
+    } else if (command.joga_c_fen || is_fen_line()) {
+        read_fen();
     }
 }
 
-void joga_lance_da_linha(bool mais_lances) {
-    decodifica_lance();
-    peca = tab[abcd.destino()];
-    init_tabuleiro(mais_lances);
+void play_move_of_line(bool more_moves) {
+    decode_move();
+    game_line.peca = tab[game.abcd.to()];
+    init_tabuleiro(more_moves);
 }
 
-void prepara_busca(Cor minha) {
-    joga_com_b = minha == brancas ? 1 : 0;
-    pempate = 0;
-    copia_chave();
-    preenche_tabelas(minha);
-    if (HASHf) {
-        limpa_cadeia_rasa(minha);
+void prepare_search(Colour own) {
+    constexpr int many_men = 25;
+    game.joga_com_b = own == white ? 1 : 0;
+    make_key();
+    fill_tables(own);
+    if (options.HASHf) {
+        clear_shallow_chain(own);
     }
-    nodes = 0;
-    valor_do_empate(minha);
-    if (deep > 8) {
-        deep = 9;
-    }
-    Positive_filter = Positive_filterp;
-    Negative_filter = Negative_filterp;
-    DEEP9 = homens() > 25 ? 1 : 0;
-    EXTRA_EVAL = EXTRA_EVALL;
-    tempo = 300000;
+    set_draw_score(own);
+    search.deep = std::min(search.deep, 9);
+    search.DEEP9 = men_at_root() > many_men ? 1 : 0;
 }
 
 }  // namespace ondrel

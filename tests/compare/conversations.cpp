@@ -68,6 +68,10 @@ public:
         extension_ = random_.chance(counts() ? 85 : 30);
         set("Search extension", extension_ ? "true" : "false");
         set_options(random_.pick_weighted({25, 65, 10}));
+        patient_ = counts() && random_.chance(40);
+        if (patient_) {
+            conversation_.clock_step = 1;
+        }
 
         const int exchanges = random_.between(2, 4);
         for (int i = 0; i < exchanges; ++i) {
@@ -96,8 +100,9 @@ private:
     std::vector<Place> places_;
     bool time_control_ = true;
     bool extension_ = true;
+    // With the counting clock: time enough to extend lines, which is done while the engine stands worse.
+    bool patient_ = false;
     double effort_ = 1;  // how much more the options make the engine search
-    int cheap_searches_ = 0;
 
     bool counts() const { return clock_ == Clock::counting; }
     void say(const std::string& line) { conversation_.lines.push_back(line); }
@@ -199,12 +204,17 @@ private:
 
     // The clock decides where the search ends: after some hundreds or thousands of readings.
     std::string go_line_with_counting_clock(const plain::Situation& situation) {
+        if (patient_ && random_.chance(80)) {
+            return go_line(random_.between(7, 9));
+        }
         const int count_of_digits = random_.pick_weighted({0, 1, 1, 1, 2, 12, 70, 10, 3});
         const std::string line = go_line(std::max(count_of_digits, 1));
         if (conversation_.clock_step == 0) {
             const double tempo = count_of_digits == 5 ? 40000 : count_of_digits == 7 ? 2e6 : 2e5;
             const double hard_limit = tempo / (men_without_kings(situation) / 3.0 + 5);
-            const double readings = 20 * std::pow(500.0, random_.below(1000) / 1000.0);
+            // Lines are extended only within a tenth of the hard limit: cheap positions get the time for it.
+            const double most = cost(situation, 4) < 0.4 ? 200000 : 4000;
+            const double readings = 20 * std::pow(most / 20, random_.below(1000) / 1000.0);
             conversation_.clock_step = std::max(1, static_cast<int>(hard_limit / readings));
         }
         return line;
@@ -212,7 +222,10 @@ private:
 
     int choose_deep(const plain::Situation& situation) {
         const int highest = deepest(situation);
-        if (counts() && time_control_ && cost(situation, 4) < 4.0) {
+        if (patient_) {
+            return highest;
+        }
+        if (counts() && time_control_ && cost(situation, 4) < 1.5) {
             return random_.chance(80) ? random_.between(5, 9) : random_.between(0, highest);
         }
         const bool limits_are_real = !counts() && (time_control_ || extension_);
@@ -226,7 +239,7 @@ private:
         say(random_.chance(50)
                 ? std::string("position startpos")
                 : "position startpos moves " + random_.pick({"e2e4", "d2d4", "g1f3", "b1c3", "b2b3", "g2g3", "c2c4",
-                                                             "f2f4", "a2a3", "h2h4", "e2e3", "e1e2", "e2e2"}));
+                                                             "f2f4", "a2a3", "h2h4", "e2e3", "e1e3", "a4a5"}));
         if (random_.chance(50)) {
             say("go wtime 300000 btime 300000");
         }
@@ -244,7 +257,15 @@ private:
             }
             return place;
         }
-        return random_place(random_);
+        Place place = random_place(random_);
+        for (int tries = 0; patient_ && tries < 60 && !is_worse_and_cheap(place.now); ++tries) {
+            place = random_place(random_);
+        }
+        return place;
+    }
+
+    bool is_worse_and_cheap(const plain::Situation& situation) {
+        return lead(situation) <= -10 && lead(situation) >= -90 && cost(situation, 5) < 1.5;
     }
 
     void exchange() {

@@ -6,7 +6,7 @@
 
 namespace ondrel {
 
-int relogio() {
+int clock_ms() {
     static const int step = [] {
         const char* const text = std::getenv("ONDREL_CLOCK_STEP");
         return text != nullptr ? std::atoi(text) : 1;

@@ -10,7 +10,7 @@
 namespace compare {
 
 struct Engines {
-    std::string first, second;  // the first is the judge: the plain engine
+    std::string first, second;     // the first is the judge: the plain engine
     double limit_in_seconds = 30;  // of processor time, for one conversation
 };
 

@@ -332,6 +332,14 @@ int men_without_kings(const Situation& situation) {
                                           [](int man) { return man != 0 && plain::size_of(man) != plain::rei; }));
 }
 
+int lead(const Situation& situation) {
+    int sum = 0;
+    for (const int man : situation.board) {
+        sum += man;
+    }
+    return situation.to_move == plain::white ? sum : -sum;
+}
+
 double branching(const Situation& situation) {
     Situation turned = situation;
     turned.to_move = plain::other(situation.to_move);

@@ -17,6 +17,8 @@ struct Place {
 
 std::string position_line(const Place& place);
 int men_without_kings(const plain::Situation& situation);
+// The material of the side to move less that of the other, a pawn being 10.
+int lead(const plain::Situation& situation);
 // The geometric mean of the numbers of moves of both sides.
 double branching(const plain::Situation& situation);
 

@@ -7,22 +7,22 @@
 #include <sstream>
 #include <streambuf>
 
-namespace teste {
+namespace tests {
 namespace {
 
 // Standard input and output taken over for a time.
-class Desvio {
+class Redirection {
 public:
-    Desvio(std::streambuf* entrada, std::streambuf* saida)
-        : cin_(std::cin.rdbuf(entrada)), cout_(std::cout.rdbuf(saida)) {
+    Redirection(std::streambuf* input, std::streambuf* output)
+        : cin_(std::cin.rdbuf(input)), cout_(std::cout.rdbuf(output)) {
         std::cin.clear();
     }
-    ~Desvio() {
+    ~Redirection() {
         std::cin.rdbuf(cin_);
         std::cout.rdbuf(cout_);
     }
-    Desvio(const Desvio&) = delete;
-    Desvio& operator=(const Desvio&) = delete;
+    Redirection(const Redirection&) = delete;
+    Redirection& operator=(const Redirection&) = delete;
 
 private:
     std::streambuf* cin_;
@@ -30,67 +30,72 @@ private:
 };
 
 // Gives out one line at a time, and takes what was written before each.
-class LinhaALinha : public std::streambuf {
+class LineByLine : public std::streambuf {
 public:
-    LinhaALinha(const std::vector<Fala>& falas, std::ostringstream& saida) : falas_(falas), saida_(saida) {}
+    LineByLine(const std::vector<Spoken>& spoken, std::ostringstream& output) : spoken_(spoken), output_(output) {}
 
-    std::vector<Linhas> respostas() {
-        recolhe();
-        return {respostas_.begin() + 1, respostas_.end()};  // the first stands before the first line
+    std::vector<Lines> answers() {
+        collect();
+        return {answers_.begin() + 1, answers_.end()};  // the first stands before the first line
     }
 
 protected:
     int_type underflow() override {
-        if (proxima_ == falas_.size()) {
+        if (next_ == spoken_.size()) {
             return traits_type::eof();
         }
-        recolhe();
-        const Fala& fala = falas_[proxima_];
-        ++proxima_;
-        fala.antes();
-        linha_ = fala.linha + '\n';
-        setg(linha_.data(), linha_.data(), linha_.data() + linha_.size());
+        collect();
+        const Spoken& spoken = spoken_[next_];
+        ++next_;
+        spoken.on_request();
+        line_ = spoken.line + '\n';
+        setg(line_.data(), line_.data(), line_.data() + line_.size());
         return traits_type::to_int_type(*gptr());
     }
 
 private:
-    void recolhe() {
-        std::istringstream de(saida_.str());
-        saida_.str({});
-        Linhas& linhas = respostas_.emplace_back();
-        for (std::string linha; std::getline(de, linha);) {
-            linhas.push_back(linha);
+    void collect() {
+        std::istringstream written(output_.str());
+        output_.str({});
+        Lines& lines = answers_.emplace_back();
+        for (std::string line; std::getline(written, line);) {
+            lines.push_back(line);
         }
     }
 
-    const std::vector<Fala>& falas_;
-    std::ostringstream& saida_;
-    std::size_t proxima_ = 0;
-    std::string linha_;
-    std::vector<Linhas> respostas_;
+    const std::vector<Spoken>& spoken_;
+    std::ostringstream& output_;
+    std::size_t next_ = 0;
+    std::string line_;
+    std::vector<Lines> answers_;
 };
 
 }  // namespace
 
-std::vector<Linhas> dialogo(const std::vector<Fala>& falas) {
-    std::ostringstream saida;
-    LinhaALinha entrada(falas, saida);
-    const Desvio desvio(&entrada, saida.rdbuf());
-    ondrel::laco_de_comandos();
-    return entrada.respostas();
+std::vector<Lines> dialogue(const std::vector<Spoken>& spoken) {
+    std::ostringstream output;
+    LineByLine input(spoken, output);
+    const Redirection redirection(&input, output.rdbuf());
+    ondrel::run_command_loop();
+    return input.answers();
 }
 
-std::string com_entrada(std::string_view entrada, const std::function<void()>& rotina) {
-    std::istringstream de{std::string(entrada)};
-    std::ostringstream para;
-    const Desvio desvio(de.rdbuf(), para.rdbuf());
-    rotina();
-    return para.str();
+std::string with_input(std::string_view input, const std::function<void()>& routine) {
+    std::istringstream from{std::string(input)};
+    std::ostringstream to;
+    const Redirection redirection(from.rdbuf(), to.rdbuf());
+    routine();
+    return to.str();
 }
 
-int quantas_comecam(const Linhas& linhas, std::string_view comeco) {
+int count_starting(const Lines& lines, std::string_view start) {
     return static_cast<int>(
-        std::ranges::count_if(linhas, [comeco](const std::string& linha) { return linha.starts_with(comeco); }));
+        std::ranges::count_if(lines, [start](const std::string& line) { return line.starts_with(start); }));
 }
 
-}  // namespace teste
+int count_holding(const Lines& lines, std::string_view text) {
+    return static_cast<int>(
+        std::ranges::count_if(lines, [text](const std::string& line) { return line.find(text) != line.npos; }));
+}
+
+}  // namespace tests

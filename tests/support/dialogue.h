@@ -7,30 +7,32 @@
 #include <string_view>
 #include <vector>
 
-namespace teste {
+namespace tests {
 
-// A line for the engine; `antes` runs when the engine asks for it, with all before it done.
-struct Fala {
+// A line for the engine; `on_request` runs when the engine asks for it, with all before it done.
+struct Spoken {
     // cppcheck-suppress noExplicitConstructor; a text is a line
-    Fala(const char* texto) : linha(texto) {}
+    Spoken(const char* text) : line(text) {}
     // cppcheck-suppress noExplicitConstructor; a text is a line
-    Fala(std::string texto) : linha(std::move(texto)) {}
-    Fala(std::string texto, std::function<void()> olha) : linha(std::move(texto)), antes(std::move(olha)) {}
+    Spoken(std::string text) : line(std::move(text)) {}
+    Spoken(std::string text, std::function<void()> look) : line(std::move(text)), on_request(std::move(look)) {}
 
-    std::string linha;
-    std::function<void()> antes = [] {};
+    std::string line;
+    std::function<void()> on_request = [] {};
 };
 
-using Linhas = std::vector<std::string>;
+using Lines = std::vector<std::string>;
 
 // Holds the conversation and gives for each line that the engine read what it wrote before it asked for the next one.
 // The last item also holds what it wrote after the end of input. Lines behind a quit have no item.
-std::vector<Linhas> dialogo(const std::vector<Fala>& falas);
+std::vector<Lines> dialogue(const std::vector<Spoken>& spoken);
 
-// Runs `rotina` with the text as standard input; what it writes comes back.
-std::string com_entrada(std::string_view entrada, const std::function<void()>& rotina);
+// Runs `routine` with the text as standard input; what it writes comes back.
+std::string with_input(std::string_view input, const std::function<void()>& routine);
 
 // How many lines begin so.
-int quantas_comecam(const Linhas& linhas, std::string_view comeco);
+int count_starting(const Lines& lines, std::string_view start);
+// How many hold the text.
+int count_holding(const Lines& lines, std::string_view text);
 
-}  // namespace teste
+}  // namespace tests

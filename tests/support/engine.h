@@ -1,90 +1,113 @@
-// The engine inside the test: its state set up, its routines called, its conversation held in memory.
+// The engine inside the test: its state set up, its routines called, its conversation held in memory. What is called is
+// the code that ships; the tests watch it through its probes and through its state.
 #pragma once
 
-#include "base/bounds.h"
 #include "base/options.h"
-#include "base/probe.h"
-#include "base/root.h"
+#include "base/ply_stack.h"
+#include "board/game.h"
+#include "search/ply_table.h"
+#include "search/probe.h"
+#include "search/state.h"
+#include "uci/command_line.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-namespace teste {
+namespace tests {
 
-using ondrel::Cor;
-using ondrel::Lance;
-using ondrel::Peca;
-using ondrel::Tabuleiro;
+using ondrel::Board;
+using ondrel::Colour;
+using ondrel::Move;
+using ondrel::Piece;
 
 // Puts every setting, table, memory and stored value back to what it is at the start of the process, and the probes to
 // nothing. Called by the fixture before each test.
-void processo_novo();
+void fresh_process();
 
-// Holds a conversation: gives the lines to the command loop, then the end of input, and returns the lines it wrote.
-std::vector<std::string> conversa(const std::vector<std::string>& linhas);
+// --- Conversations ---
+
+// Gives the lines to the command loop, then the end of input, and returns the lines it wrote.
+std::vector<std::string> converse(const std::vector<std::string>& lines);
 // The same with the input as it stands, line ends included, and the output as one text.
-std::string conversa_crua(std::string_view entrada);
+std::string converse_raw(std::string_view input);
 
 // Sets the value of a UCI option through an option line.
-void opcao(std::string_view nome, std::string_view valor);
+void set_option(std::string_view name, std::string_view value);
+
+// --- Positions ---
 
 // Replays a position line ("position startpos moves ..." or "position fen ...") and prepares the search of the side to
 // move, as before the go wait. Returns that side.
-Cor coloca(std::string_view linha);
+Colour place(std::string_view line);
 // The same for a bare FEN.
-Cor coloca_fen(std::string_view fen);
+Colour place_fen(std::string_view fen);
 
-// The move in the four coordinates; "e2e4", a promotion letter is passed over.
-Lance lance(std::string_view texto);
-std::string texto(Lance m);
+// "e4" as a board index.
+int square_of(std::string_view name);
 
-// A board from the first field of a FEN.
-Tabuleiro tabuleiro(std::string_view campo);
+// The move in its four coordinates; "e2e4", a promotion letter is passed over. And back.
+Move move_from(std::string_view text);
+std::string text_of(Move m);
 
 // Makes ply n the position of the FEN as a node of ply n leaves it before its move order: board, flags, material (kings
-// included), the side to move being the FEN's; bounds of all plies at their start values, limits at the mate ladder.
-// Returns the side to move.
-Cor monta_ply(int n, std::string_view fen);
+// included), the side to move being the FEN's; bounds of all plies at their start values, limits at the mate ladder,
+// slots empty. deep and DEEP are a little deeper than n. Returns the side to move.
+Colour set_up_ply(int n, std::string_view fen);
 
-// The replies that the generators of ply n try, in order: the whole move order of ply n for the side to move, on the
-// position that monta_ply has made, no child being entered and no bound changing. Stored moves are used as they stand.
-// For n = 1 the staged move order of ply 1.
-std::vector<Lance> lances_tentados(int n);
+// The side to move on the ply that set_up_ply has made.
+Colour side_on_ply();
 
-// One generator of ply n alone, in its full or its test form, the same way.
-std::vector<Lance> gera_capturas(int n, std::string_view vitima, bool forma_de_teste = false);
-std::vector<Lance> gera_livres(int n, std::string_view casa, bool forma_de_teste = false);
-std::vector<Lance> gera_promocoes(int n, std::string_view casa);
-std::vector<Lance> gera_etapa_da_ply_1(int K, std::string_view casa);  // K = 0: the test form
+// --- What the search tries ---
 
-// The root moves that a whole pass of the schedule would search, in order, with all classes and stages, no move being
-// searched. The position is the one that `coloca` has prepared.
-std::vector<Lance> lances_da_raiz();
-
-// Searches the move m of colour c at ply n (1..24): as a generator of ply n-1 would, with the trial made on tab2, from
-// the position that monta_ply(n-1, ...) (or, for n = 1, coloca) has made. Returns the value of the node.
-float busca_no(int n, Lance m);
-
-// How often a rule has acted since processo_novo or zera_contadores.
-std::uint64_t quantas_vezes(ondrel::Regra r);
-void zera_contadores();
-
-// What the search shows of its children while an Escuta lives.
-struct Filho {
-    int n;  // ply of the child
-    Lance m;
-    int deep;  // at its entry
-    std::uint32_t nodes;
-    float valor;  // when it has come back
-};
-class Escuta {
+// While it lives, the children of ply n (n = 0: the root moves) are seen as they are entered, and come back at once
+// without a search: each finds a depth too small for it, so that it returns leaving its value as it stands. `on_entry`
+// sees the move and may write the value that the child is to have; otherwise that improves nothing.
+class ChildrenOf {
 public:
-    Escuta();
-    ~Escuta();
-    Escuta(const Escuta&) = delete;
-    Escuta& operator=(const Escuta&) = delete;
-    [[nodiscard]] const std::vector<Filho>& filhos() const;
+    using OnEntry = std::function<void(Move)>;
+    explicit ChildrenOf(int n, OnEntry on_entry = {});
+    ~ChildrenOf();
+    ChildrenOf(const ChildrenOf&) = delete;
+    ChildrenOf& operator=(const ChildrenOf&) = delete;
+
+    [[nodiscard]] std::vector<Move> moves() const;
 };
 
-}  // namespace teste
+// The replies that the generators of ply n try, in order: the whole move order of ply n, the staged one for n = 1, on the
+// position that set_up_ply has made. Stored moves are used as they stand.
+std::vector<Move> replies_tried(int n);
+
+// One generator of ply n alone, in its full or its test form.
+std::vector<Move> captures_tried(int n, std::string_view victim, bool test_form = false);
+std::vector<Move> quiet_moves_tried(int n, std::string_view from, bool test_form = false);
+std::vector<Move> promotions_tried(int n, std::string_view from);
+std::vector<Move> stage_tried(int K, std::string_view from);  // of ply 1; K = 0: the test form
+
+// The root moves that one whole pass of the schedule searches, in order, on the position that `place` has prepared.
+std::vector<Move> root_moves_tried();
+
+// The routines themselves, on the position of set_up_ply.
+void run_replies(int n);
+void run_captures(int n, std::string_view victim, bool test_form = false);
+void run_quiet(int n, std::string_view from, bool test_form = false);
+void run_promotions(int n, std::string_view from);
+void run_stage(int K, std::string_view from);
+
+// Searches the move m at ply n (1..24) as a generator of ply n-1 would, with the trial made on tab2, from the position
+// that set_up_ply(n-1, ...) (or, for n = 1, place) has made. Returns the value of the node.
+float search_node(int n, Move m);
+
+// The bound of ply n, that of its child, and the flag that stops the move loop of ply n.
+float& value_of_ply(int n);
+float& value_of_child(int n);
+std::uint8_t& cut_flag_of(int n);
+
+// --- What the probes have seen ---
+
+// How often a rule has acted since fresh_process or clear_counts.
+std::uint64_t times(ondrel::Rule r);
+void clear_counts();
+
+}  // namespace tests

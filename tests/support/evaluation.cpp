@@ -1,133 +1,176 @@
 #include "support/evaluation.h"
 
-#include "eval/extra_eval.h"
+#include "eval/estimate.h"
+#include "eval/leaf.h"
+#include "eval/leaf_sums.h"
+#include "eval/root_trial.h"
+#include "eval/root_walk.h"
+#include "eval/strategy.h"
 
 #include <bit>
 #include <cmath>
 #include <cstdint>
 
-namespace teste {
+namespace tests {
 
 using namespace ondrel;
 
-Cor poe_folha(std::string_view fen) {
-    const Cor minha = coloca_fen(fen);
-    tab2 = tab;
-    return minha;
+// --- Leaves and root moves ---
+
+Colour place_leaf(std::string_view fen) {
+    const Colour own = place_fen(fen);
+    trial.tab2 = tab;
+    return own;
 }
 
-void muda_folha(std::string_view campo) {
-    tab2 = {};
+void change_leaf(std::string_view field) {
+    trial.tab2 = {};
     int f = 0;
     int r = 7;
-    for (const char x : campo) {
+    for (const char x : field) {
         if (x == '/') {
             f = 0;
             --r;
         } else if (x >= '1' && x <= '8') {
             f += x - '0';
         } else {
-            constexpr std::string_view letras = "pnbrqk";
-            constexpr std::array<Peca, 6> pecas{peao, cavalo, bispo, torre, dama, rei};
-            const bool preta = x >= 'a';
-            const std::size_t qual = letras.find(static_cast<char>(preta ? x : x - 'A' + 'a'));
-            tab2[casa(f++, r)] = static_cast<std::int8_t>(codigo(preta ? pretas : brancas, pecas.at(qual)));
+            constexpr std::string_view letters = "pnbrqk";
+            const bool is_black = x >= 'a';
+            const std::size_t which = letters.find(static_cast<char>(is_black ? x : x - 'A' + 'a'));
+            trial.tab2[square(f++, r)] = man(is_black ? black : white, piece_order.at(which));
         }
     }
 }
 
-void poe_fase(int homens, float maior) {
-    npecas = {homens / 2, homens - homens / 2};
-    materialmaior = {maior, maior};
+std::string field_of(const rules::Position& p) {
+    const std::string fen = rules::to_fen(p);
+    return fen.substr(0, fen.find(' '));
 }
 
-float julga(Cor own, Cor stm) {
-    if (own == stm) {
-        own == brancas ? extra_eval<brancas>() : extra_eval<pretas>();
-    } else {
-        own == brancas ? extra_evall<brancas>() : extra_evall<pretas>();
-    }
-    return extraeval;
-}
-
-float valor_da_base(Cor own) {
-    own == brancas ? valor_base<brancas>() : valor_base<pretas>();
-    return extraevalll;
-}
-
-const Contagem& brancas_contadas() { return contagem[brancas]; }
-const Contagem& pretas_contadas() { return contagem[pretas]; }
-
-plain::Board casas(const Tabuleiro& t) {
-    plain::Board b{};
-    for (std::size_t i = 0; i < 64; ++i) {
-        b[i] = t[i];
-    }
-    return b;
-}
-
-plain::Board casas(const plain::Position& p) {
-    plain::Board b{};
-    constexpr std::string_view letras = "PNBRQKpnbrqk";
-    constexpr std::array<int, 12> codigos{10, 32, 33, 50, 90, 110, -10, -32, -33, -50, -90, -110};
-    for (int f = 0; f < 8; ++f) {
-        for (int r = 0; r < 8; ++r) {
-            if (p.at(f, r) != plain::empty_square) {
-                b[f * 8 + r] = codigos.at(letras.find(p.at(f, r)));
+void remember_kings() {
+    trial.p_xy_R = {square_of("e1"), square_of("e8")};
+    for (const Colour c : colours) {
+        for (int i = 0; i < squares; ++i) {
+            if (trial.tab2[i] == code(c, rei)) {
+                trial.p_xy_R[c] = i;
             }
         }
     }
-    return b;
 }
 
-plain::EvalInput entrada() {
-    plain::EvalInput in;
-    in.board = casas(tab2);
-    in.king_file = p_x_R;
-    in.king_rank = p_y_R;
-    in.men = npecas;
-    in.piece_material = materialmaior;
-    in.regimen = regimen;
-    in.base = extraevalll;
-    in.castle = roque;
-    in.agres = agres;
-    in.agresprxrei = agresprxrei;
-    in.MOB = MOB;
-    in.PM = PM;
-    in.roque_v = roque_v;
-    return in;
+void set_phase(int men, float major) {
+    root.npecas = {men / 2, men - men / 2};
+    root.materialmaior = {major, major};
 }
 
-float soma_dos_inversos(std::initializer_list<int> distancias) {
+float judge(Colour own, Colour stm) {
+    count_in_sets(own, stm, counted);
+    sum_in_order(own, stm, counted);
+    with_colours(own, stm, [](auto us, auto stm) {
+        us() == stm() ? extra_eval<us()>(pass.roque) : extra_evall<us()>(pass.roque);
+    });
+    return judgement.extraeval;
+}
+
+float judge_root_move(Colour own) {
+    counted = with_colours(own, other(own), [](auto, auto stm) {
+        return count_all<stm(), AllCounters<LegalMove>>(trial.tab2, trial.p_xy_R);
+    });
+    classify_trial(own);
+    return judgement.extraevalll;
+}
+
+void try_root_move(Colour c, Move m) { c == white ? init_tabuleiro2<white>(m) : init_tabuleiro2<black>(m); }
+
+void classify_trial(Colour c) {
+    c == white ? verifica_estrategia<white>(pass.roque) : verifica_estrategia<black>(pass.roque);
+}
+
+bool estimate(Colour own, Colour stm) {
+    return with_colours(own, stm, [](auto us, auto stm) {
+        return estimate_leaf<us(), stm()>({piece_sets(trial.tab2), trial.p_xy_R, pass.roque});
+    });
+}
+
+void judge_estimated(Colour own, Colour stm) {
+    with_colours(own, stm, [](auto us, auto stm) {
+        judge_estimated_leaf<us(), stm()>({piece_sets(trial.tab2), trial.p_xy_R, pass.roque}, trial.tab2);
+    });
+}
+
+void count_in_sets(Colour own, Colour stm, Counters& counters) {
+    with_colours(own, stm,
+                 [&](auto, auto stm) { ondrel::count_in_sets<stm()>(piece_sets(trial.tab2), trial.p_xy_R, counters); });
+}
+
+void sum_in_order(Colour own, Colour stm, Counters& counters) {
+    with_colours(own, stm, [&](auto, auto stm) {
+        const PieceSets sets = piece_sets(trial.tab2);
+        ondrel::sum_in_order<stm()>(view_of(trial.tab2, sets, trial.p_xy_R), counters);
+    });
+}
+
+Counters count_all_of_leaf(Colour own, Colour stm) {
+    return with_colours(
+        own, stm, [](auto, auto stm) { return count_all<stm(), AllCounters<EveryMove>>(trial.tab2, trial.p_xy_R); });
+}
+
+Counters count_root() {
+    prepare_weights(side_to_search());
+    return count_all<white, AllCounters<LegalMove, false>>(tab, trial.p_xy_R);
+}
+
+// --- Sums worked out by hand ---
+
+float sum_of_inverses(std::initializer_list<int> distances) {
     float total = 0;
-    for (const int d : distancias) {
+    for (const int d : distances) {
         total = static_cast<float>(static_cast<double>(total) + 1.0 / d);
     }
     return total;
 }
 
-float soma_dos_termos(std::initializer_list<double> termos) {
+float sum_of_terms(std::initializer_list<double> terms) {
     float total = 0;
-    for (const double t : termos) {
+    for (const double t : terms) {
         total = static_cast<float>(static_cast<double>(total) + t);
     }
     return total;
 }
 
-float soma_do_centroo(std::initializer_list<std::string_view> nomes) {
+namespace {
+
+// The squared distance to the middle of the board, plus 2.
+double distance_to_middle(std::string_view name) {
+    const double f = name[0] - 'a' - 3.5;
+    const double r = name[1] - '1' - 3.5;
+    return f * f + r * r + 2.0;
+}
+
+}  // namespace
+
+double centro_on(std::string_view name) {
+    return static_cast<double>(static_cast<float>(1.0 / distance_to_middle(name)));
+}
+
+float sum_of_centroo(std::initializer_list<std::string_view> names) {
     float total = 0;
-    for (const std::string_view nome : nomes) {
-        const double f = nome[0] - 'a' - 3.5;
-        const double r = nome[1] - '1' - 3.5;
-        const auto peso = static_cast<float>(50.0 / (f * f + r * r + 2.0));
-        total = static_cast<float>(static_cast<double>(total) + static_cast<double>(peso));
+    for (const std::string_view name : names) {
+        const auto weight = static_cast<float>(50.0 / distance_to_middle(name));
+        total = static_cast<float>(static_cast<double>(total) + static_cast<double>(weight));
     }
     return total;
 }
 
-int casa_de(std::string_view nome) { return casa(nome[0] - 'a', nome[1] - '1'); }
+int distance(std::string_view a, std::string_view b) {
+    const int files = a[0] - b[0];
+    const int ranks = a[1] - b[1];
+    return files * files + ranks * ranks + 2;
+}
 
-bool mesmos_bits(float a, float b) {
+// --- Comparison ---
+
+bool same_bits(float a, float b) {
     if (std::isnan(a) || std::isnan(b)) {
         return std::isnan(a) && std::isnan(b);
     }
@@ -137,105 +180,120 @@ bool mesmos_bits(float a, float b) {
 namespace {
 
 // What differs, told one after the other.
-class Comparacao {
+class Comparison {
 public:
-    void real(const char* nome, float a, float b) { compara(nome, a, b, mesmos_bits(a, b)); }
-    void inteiro(const char* nome, int a, int b) { compara(nome, a, b, a == b); }
-    void inteiros(const plain::SideCounts& certo, const Contagem& contado) {
-        inteiro("mobilidade", certo.mobilidade, contado.mobilidade);
-        inteiro("alvos", certo.alvos, contado.alvos);
-        inteiro("apoios", certo.apoios, contado.apoios);
-        inteiro("pecas", certo.pecas, contado.pecas);
-        inteiro("peoes", certo.peoes, contado.peoes);
-        inteiro("pontos", certo.pontos, contado.pontos);
-        inteiro("avanco", certo.avanco, contado.avanco);
-        inteiro("abrigo", certo.abrigo, contado.abrigo);
-        if (certo.highest_file >= 0) {
-            inteiro("menor_file", certo.lowest_file, contado.menor_file);
-            inteiro("maior_file", certo.highest_file, contado.maior_file);
-            inteiro("menor_rank", certo.lowest_rank, contado.menor_rank);
-            inteiro("maior_rank", certo.highest_rank, contado.maior_rank);
-            inteiro("caixa", certo.caixa, contado.caixa());
-        }
+    void whole_numbers(const SideCounters& expected, const SideCounters& found) {
+        whole("mobilidade", expected.mobilidade, found.mobilidade);
+        whole("alvos", expected.alvos, found.alvos);
+        whole("apoios", expected.apoios, found.apoios);
+        whole("pecas", expected.pecas, found.pecas);
+        whole("peoes", expected.peoes, found.peoes);
+        whole("pontos", expected.pontos, found.pontos);
+        whole("avanco", expected.avanco, found.avanco);
+        whole("abrigo", expected.abrigo, found.abrigo);
+        whole("lowest_file", expected.lowest_file, found.lowest_file);
+        whole("highest_file", expected.highest_file, found.highest_file);
+        whole("lowest_rank", expected.lowest_rank, found.lowest_rank);
+        whole("highest_rank", expected.highest_rank, found.highest_rank);
+        whole("caixa", expected.caixa(), found.caixa());
     }
-    [[nodiscard]] ::testing::AssertionResult resultado() const {
-        return iguais_ ? ::testing::AssertionSuccess() : diferencas_;
+    void sums(const SideCounters& expected, const SideCounters& found) {
+        real("posicao", expected.posicao, found.posicao);
+        real("centro", expected.centro, found.centro);
+        real("atack_ksf", expected.atack_ksf, found.atack_ksf);
+        real("defesa_ksf", expected.defesa_ksf, found.defesa_ksf);
+    }
+    [[nodiscard]] ::testing::AssertionResult result() const {
+        return equal_ ? ::testing::AssertionSuccess() : differences_;
     }
 
 private:
-    bool iguais_ = true;
-    ::testing::AssertionResult diferencas_ = ::testing::AssertionFailure();
+    bool equal_ = true;
+    ::testing::AssertionResult differences_ = ::testing::AssertionFailure();
 
+    void whole(const char* name, int a, int b) { compare(name, a, b, a == b); }
+    void real(const char* name, float a, float b) { compare(name, a, b, same_bits(a, b)); }
     template <class T>
-    void compara(const char* nome, T a, T b, bool bate) {
-        if (!bate) {
-            iguais_ = false;
-            diferencas_ << nome << ": " << ::testing::PrintToString(b) << " for " << ::testing::PrintToString(a)
-                        << "; ";
+    void compare(const char* name, T a, T b, bool same) {
+        if (!same) {
+            equal_ = false;
+            differences_ << name << ": " << ::testing::PrintToString(b) << " for " << ::testing::PrintToString(a)
+                         << "; ";
         }
     }
 };
 
 }  // namespace
 
-::testing::AssertionResult conta_como(const plain::SideCounts& certo, const Contagem& contado) {
-    Comparacao x;
-    x.real("posicao", certo.posicao, contado.posicao);
-    x.real("centro", certo.centro, contado.centro);
-    x.real("atack_ksf", certo.atack_ksf, contado.atack_ksf);
-    x.real("defesa_ksf", certo.defesa_ksf, contado.defesa_ksf);
-    x.inteiros(certo, contado);
-    return x.resultado();
+::testing::AssertionResult counts_like(const SideCounters& expected, const SideCounters& found) {
+    Comparison x;
+    x.sums(expected, found);
+    x.whole_numbers(expected, found);
+    return x.result();
 }
 
-::testing::AssertionResult conta_inteiros_como(const plain::SideCounts& certo, const Contagem& contado) {
-    Comparacao x;
-    x.inteiros(certo, contado);
-    return x.resultado();
-}
-
-float degrau(Sorte& sorte, float ultimo) {
-    const int d = sorte.ate(10);
-    return d == 9 ? ultimo : static_cast<float>(d);
-}
-
-void varia_opcoes(Sorte& sorte) {
-    agres = degrau(sorte, 9);
-    agresprxrei = degrau(sorte, 9);
-    MOB = degrau(sorte, 10);
-    PM = degrau(sorte, 10);
-    roque_v = static_cast<int>(degrau(sorte, 10));
-    agreschrei = static_cast<int>(degrau(sorte, 10));
-    matrix = sorte.ate(2);
-}
-
-void varia_linha(Sorte& sorte) {
-    roque = {sorte.sim() ? sorte.ate(4) : 0, sorte.sim() ? sorte.ate(4) : 0};
-    extraevalll = static_cast<float>(sorte.ate(2000) - 1000) / 700.0F;
-    regimen = static_cast<float>(sorte.ate(4000) - 2000) / 130.0F;
-}
-
-void desloca_reis(Sorte& sorte) {
-    for (const Cor c : {brancas, pretas}) {
-        p_x_R[c] = sorte.ate(8);
-        p_y_R[c] = sorte.ate(8);
-    }
-}
-
-void enche(Sorte& sorte) {
-    constexpr std::array<Peca, 6> tipos{peao, cavalo, bispo, torre, dama, rei};
-    const int densidade = sorte.ate(9);
-    const int so_de = sorte.ate(12);  // some boards hold one kind alone
-    tab2 = {};
-    for (auto& x : tab2) {
-        if (sorte.ate(8) < densidade) {
-            const Peca tipo = tipos.at(static_cast<std::size_t>(so_de < 6 ? so_de : sorte.ate(6)));
-            x = static_cast<std::int8_t>(codigo(sorte.sim() ? brancas : pretas, tipo));
+::testing::AssertionResult counts_like(const Counters& expected, const Counters& found) {
+    for (const Colour c : colours) {
+        if (::testing::AssertionResult result = counts_like(expected[c], found[c]); !result) {
+            return result << (c == white ? "of White" : "of Black");
         }
     }
-    // The box of a colour is that of its pawns and kings: one king each there is.
-    tab2.at(static_cast<std::size_t>(sorte.ate(32))) = rei;
-    tab2.at(static_cast<std::size_t>(32 + sorte.ate(32))) = -rei;
+    return ::testing::AssertionSuccess();
 }
 
-}  // namespace teste
+::testing::AssertionResult counts_whole_numbers_like(const SideCounters& expected, const SideCounters& found) {
+    Comparison x;
+    x.whole_numbers(expected, found);
+    return x.result();
+}
+
+// --- By chance ---
+
+float option_step(Chance& chance, float last) {
+    const int d = chance.below(10);
+    return d == 9 ? last : static_cast<float>(d);
+}
+
+void vary_options(Chance& chance) {
+    options.agres = option_step(chance, 9);
+    options.agresprxrei = option_step(chance, 9);
+    options.MOB = option_step(chance, 10);
+    options.PM = option_step(chance, 10);
+    options.roque_v = static_cast<int>(option_step(chance, 10));
+    options.agreschrei = static_cast<int>(option_step(chance, 10));
+    options.matrix = chance.below(2);
+}
+
+void vary_line(Chance& chance) {
+    pass.roque = {chance.coin() ? chance.below(4) : 0, chance.coin() ? chance.below(4) : 0};
+    judgement.extraevalll = static_cast<float>(chance.below(2000) - 1000) / 700.0F;
+    root.regimen = static_cast<float>(chance.below(4000) - 2000) / 130.0F;
+}
+
+void vary_phase(Chance& chance) {
+    const int men = chance.one_of(std::array{0, 1, 10, 11, 14, 15, 30});
+    root.npecas[white] = chance.below(men + 1);
+    root.npecas[black] = men - root.npecas[white];
+    for (const Colour c : colours) {
+        root.materialmaior[c] = chance.one_of(std::array{0.0F, 82.0F, 90.0F, 90.5F, 96.0F, 320.0F});
+    }
+}
+
+void vary_kings(Chance& chance) { trial.p_xy_R = {chance.below(squares), chance.below(squares)}; }
+
+void fill_board(Chance& chance) {
+    const int density = chance.below(9);
+    const int only_kind = chance.below(12);  // some boards hold one kind alone
+    trial.tab2 = {};
+    for (auto& x : trial.tab2) {
+        if (chance.below(8) < density) {
+            const Piece kind = piece_order.at(static_cast<std::size_t>(only_kind < 6 ? only_kind : chance.below(6)));
+            x = man(chance.coin() ? white : black, kind);
+        }
+    }
+    // One king each there is, so that each colour has a box.
+    trial.tab2.at(static_cast<std::size_t>(chance.below(32))) = man(white, rei);
+    trial.tab2.at(static_cast<std::size_t>(32 + chance.below(32))) = man(black, rei);
+}
+
+}  // namespace tests

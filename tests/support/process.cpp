@@ -6,23 +6,24 @@
 #include <unistd.h>
 #include <cerrno>
 #include <csignal>
-#include <cstring>
+#include <fstream>
 #include <sstream>
 #include <system_error>
 
-namespace teste {
+namespace tests {
 
-using relogio = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 namespace {
 
-struct Cano {
-    int le = -1;
-    int escreve = -1;
+using SteadyClock = std::chrono::steady_clock;
+
+struct Pipe {
+    int read_end = -1;
+    int write_end = -1;
 };
 
-Cano cano() {
+Pipe open_pipe() {
     int fd[2];
     if (pipe2(fd, O_CLOEXEC) != 0) {
         throw std::system_error(errno, std::generic_category(), "pipe2");
@@ -31,14 +32,14 @@ Cano cano() {
 }
 
 // Starts the engine with the three streams given.
-int inicia(int entrada, int saida, int erro) {
+int start_engine(int input, int output, int error) {
     std::signal(SIGPIPE, SIG_IGN);
     const int pid = fork();
     if (pid == 0) {
-        dup2(entrada, 0);
-        dup2(saida, 1);
-        if (erro >= 0) {
-            dup2(erro, 2);
+        dup2(input, 0);
+        dup2(output, 1);
+        if (error >= 0) {
+            dup2(error, 2);
         }
         execl(ONDREL_ENGINE, ONDREL_ENGINE, nullptr);
         _exit(127);
@@ -49,153 +50,170 @@ int inicia(int entrada, int saida, int erro) {
     return pid;
 }
 
-int falta(relogio::time_point ate) {
-    const auto ms = std::chrono::duration_cast<milliseconds>(ate - relogio::now()).count();
+int time_until(SteadyClock::time_point deadline) {
+    const auto ms = std::chrono::duration_cast<milliseconds>(deadline - SteadyClock::now()).count();
     return ms < 0 ? 0 : static_cast<int>(ms);
 }
 
 // Takes what is there to read; false at the end of the stream.
-bool junta(int fd, std::string& texto) {
-    char pedaco[65536];
-    const ssize_t n = read(fd, pedaco, sizeof pedaco);
+bool append_available(int fd, std::string& text) {
+    char chunk[65536];
+    const ssize_t n = read(fd, chunk, sizeof chunk);
     if (n > 0) {
-        texto.append(pedaco, static_cast<std::size_t>(n));
+        text.append(chunk, static_cast<std::size_t>(n));
     }
     return n > 0 || (n < 0 && errno == EAGAIN);
 }
 
-void fecha(int& fd) {
+void close_once(int& fd) {
     if (fd >= 0) {
         close(fd);
         fd = -1;
     }
 }
 
-}  // namespace
-
-std::vector<std::string> Resultado::linhas() const {
-    std::vector<std::string> todas;
-    std::istringstream de(saida);
-    for (std::string linha; std::getline(de, linha);) {
-        todas.push_back(linha);
+// Feeds the process and reads both its outputs until it has closed them. False when the time is over before.
+bool exchange(std::string_view input, Pipe& to, Pipe& from, Pipe& error, milliseconds limit, Outcome& outcome) {
+    const auto deadline = SteadyClock::now() + limit;
+    std::size_t written = 0;
+    if (input.empty()) {
+        close_once(to.write_end);
     }
-    return todas;
+    while (from.read_end >= 0 || error.read_end >= 0) {
+        pollfd fds[] = {{from.read_end, POLLIN, 0}, {error.read_end, POLLIN, 0}, {to.write_end, POLLOUT, 0}};
+        if (poll(fds, 3, time_until(deadline)) == 0) {
+            return false;
+        }
+        if (fds[0].revents != 0 && !append_available(from.read_end, outcome.output)) {
+            close_once(from.read_end);
+        }
+        if (fds[1].revents != 0 && !append_available(error.read_end, outcome.error)) {
+            close_once(error.read_end);
+        }
+        if (fds[2].revents != 0) {
+            const ssize_t n = write(to.write_end, input.data() + written, input.size() - written);
+            written += n > 0 ? static_cast<std::size_t>(n) : 0;
+            if ((n < 0 && errno != EAGAIN) || written == input.size()) {
+                close_once(to.write_end);
+            }
+        }
+    }
+    return true;
 }
 
-int Resultado::quantas(std::string_view comeco) const {
+}  // namespace
+
+std::vector<std::string> Outcome::lines() const {
+    std::vector<std::string> all;
+    std::istringstream from(output);
+    for (std::string line; std::getline(from, line);) {
+        all.push_back(line);
+    }
+    return all;
+}
+
+int Outcome::count_starting(std::string_view start) const {
     int n = 0;
-    for (const std::string& linha : linhas()) {
-        n += linha.starts_with(comeco) ? 1 : 0;
+    for (const std::string& line : lines()) {
+        n += line.starts_with(start) ? 1 : 0;
     }
     return n;
 }
 
-Resultado roda(std::string_view entrada, milliseconds limite) {
-    const auto inicio = relogio::now();
-    Cano para = cano();
-    Cano de = cano();
-    Cano erro = cano();
-    const int pid = inicia(para.le, de.escreve, erro.escreve);
-    fecha(para.le);
-    fecha(de.escreve);
-    fecha(erro.escreve);
-    fcntl(para.escreve, F_SETFL, O_NONBLOCK);
+Outcome run_engine(std::string_view input, milliseconds limit) {
+    Pipe to = open_pipe();
+    Pipe from = open_pipe();
+    Pipe error = open_pipe();
+    const int pid = start_engine(to.read_end, from.write_end, error.write_end);
+    close_once(to.read_end);
+    close_once(from.write_end);
+    close_once(error.write_end);
+    fcntl(to.write_end, F_SETFL, O_NONBLOCK);
 
-    Resultado r;
-    std::size_t escritos = 0;
-    if (entrada.empty()) {
-        fecha(para.escreve);
+    Outcome outcome;
+    if (!exchange(input, to, from, error, limit, outcome)) {
+        outcome.timed_out = true;
+        kill(pid, SIGKILL);
     }
-    while (de.le >= 0 || erro.le >= 0) {
-        pollfd canos[] = {{de.le, POLLIN, 0}, {erro.le, POLLIN, 0}, {para.escreve, POLLOUT, 0}};
-        if (poll(canos, 3, falta(inicio + limite)) == 0) {
-            r.esgotou = true;
-            kill(pid, SIGKILL);
-            break;
-        }
-        if (canos[0].revents != 0 && !junta(de.le, r.saida)) {
-            fecha(de.le);
-        }
-        if (canos[1].revents != 0 && !junta(erro.le, r.erro)) {
-            fecha(erro.le);
-        }
-        if (canos[2].revents != 0) {
-            const ssize_t n = write(para.escreve, entrada.data() + escritos, entrada.size() - escritos);
-            escritos += n > 0 ? static_cast<std::size_t>(n) : 0;
-            if ((n < 0 && errno != EAGAIN) || escritos == entrada.size()) {
-                fecha(para.escreve);
-            }
-        }
-    }
-    fecha(para.escreve);
-    fecha(de.le);
-    fecha(erro.le);
-    int estado = 0;
-    waitpid(pid, &estado, 0);
-    r.codigo = WIFEXITED(estado) ? WEXITSTATUS(estado) : -1;
-    r.sinal = WIFSIGNALED(estado) ? WTERMSIG(estado) : 0;
-    r.duracao = std::chrono::duration_cast<milliseconds>(relogio::now() - inicio);
-    return r;
+    close_once(to.write_end);
+    close_once(from.read_end);
+    close_once(error.read_end);
+    int status = 0;
+    waitpid(pid, &status, 0);
+    outcome.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    outcome.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    return outcome;
 }
 
-Processo::Processo() {
-    Cano para = cano();
-    Cano de = cano();
-    pid_ = inicia(para.le, de.escreve, -1);
-    fecha(para.le);
-    fecha(de.escreve);
-    para_ = para.escreve;
-    de_ = de.le;
+EngineProcess::EngineProcess() {
+    Pipe to = open_pipe();
+    Pipe from = open_pipe();
+    pid_ = start_engine(to.read_end, from.write_end, -1);
+    close_once(to.read_end);
+    close_once(from.write_end);
+    input_ = to.write_end;
+    output_ = from.read_end;
 }
 
-Processo::~Processo() {
-    fecha(para_);
-    fecha(de_);
+EngineProcess::~EngineProcess() {
+    close_once(input_);
+    close_once(output_);
     if (pid_ > 0) {
         kill(pid_, SIGKILL);
         waitpid(pid_, nullptr, 0);
     }
 }
 
-void Processo::escreve(std::string_view linha) {
-    const std::string texto = std::string(linha) + '\n';
-    for (std::size_t feito = 0; feito < texto.size();) {
-        const ssize_t n = write(para_, texto.data() + feito, texto.size() - feito);
+void EngineProcess::write(std::string_view line) {
+    const std::string text = std::string(line) + '\n';
+    for (std::size_t done = 0; done < text.size();) {
+        const ssize_t n = ::write(input_, text.data() + done, text.size() - done);
         if (n < 0) {
             return;  // the engine has gone: the next read tells
         }
-        feito += static_cast<std::size_t>(n);
+        done += static_cast<std::size_t>(n);
     }
 }
 
-void Processo::fecha_entrada() { fecha(para_); }
+void EngineProcess::close_input() { close_once(input_); }
 
-bool Processo::le(std::string& linha, milliseconds limite) {
-    const auto ate = relogio::now() + limite;
+bool EngineProcess::read(std::string& line, milliseconds limit) {
+    const auto deadline = SteadyClock::now() + limit;
     for (;;) {
-        if (const auto fim = resto_.find('\n'); fim != std::string::npos) {
-            linha = resto_.substr(0, fim);
-            resto_.erase(0, fim + 1);
+        if (const auto end = unread_.find('\n'); end != std::string::npos) {
+            line = unread_.substr(0, end);
+            unread_.erase(0, end + 1);
             return true;
         }
-        pollfd p{de_, POLLIN, 0};
-        if (poll(&p, 1, falta(ate)) == 0 || !junta(de_, resto_)) {
+        pollfd p{output_, POLLIN, 0};
+        if (poll(&p, 1, time_until(deadline)) == 0 || !append_available(output_, unread_)) {
             return false;
         }
     }
 }
 
-int Processo::espera_fim(milliseconds limite) {
-    const auto ate = relogio::now() + limite;
-    int estado = 0;
-    while (waitpid(pid_, &estado, WNOHANG) == 0) {
-        if (falta(ate) == 0) {
+int EngineProcess::wait_for_exit(milliseconds limit) {
+    const auto deadline = SteadyClock::now() + limit;
+    int status = 0;
+    while (waitpid(pid_, &status, WNOHANG) == 0) {
+        if (time_until(deadline) == 0) {
             return -1;
         }
         usleep(2000);
     }
     pid_ = -1;
-    return WIFEXITED(estado) ? WEXITSTATUS(estado) : -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
-}  // namespace teste
+int EngineProcess::kilobytes_in_use() const {
+    std::ifstream status("/proc/" + std::to_string(pid_) + "/status");
+    int kilobytes = -1;
+    for (std::string field; status >> field;) {
+        if (field == "VmRSS:") {
+            status >> kilobytes;
+        }
+    }
+    return kilobytes;
+}
+
+}  // namespace tests

@@ -2,18 +2,18 @@
 // nothing.
 #pragma once
 
-namespace teste {
+namespace tests {
 
 #if defined(__SANITIZE_ADDRESS__)
-constexpr bool com_sanitizers = true;
+constexpr bool with_sanitizers = true;
 #elif defined(__has_feature)
 #if __has_feature(address_sanitizer)
-constexpr bool com_sanitizers = true;
+constexpr bool with_sanitizers = true;
 #else
-constexpr bool com_sanitizers = false;
+constexpr bool with_sanitizers = false;
 #endif
 #else
-constexpr bool com_sanitizers = false;
+constexpr bool with_sanitizers = false;
 #endif
 
-}  // namespace teste
+}  // namespace tests

@@ -1,96 +1,140 @@
 #include "support/scripted.h"
 
+#include "eval/strategy.h"
 #include "search/schedule.h"
-#include "support/plain_chess.h"
+#include "support/chess_rules.h"
 
 #include <iostream>
 #include <stdexcept>
 #include <utility>
 
-namespace teste {
+namespace tests {
 
 using namespace ondrel;
 
 namespace {
 
-Roteiro::Fala fala_atual;
-std::vector<Chamada> feitas;
+// A child that is not searched must leave nothing behind but its value.
+struct Kept {
+    bool scripted = false;
+    int deep = 0, DEEP = 0;
+    Tree tree;
+};
 
-Chamada agora(int n, Lance m) {
-    return {n,     m,     deep,     DEEP,   HASHf,      deeppromo, PVSm,    PVSm2, LMRtest,
-            SCAN1, SCANT, pempatee, ataque, ESTRATEGIA, E,         alfa[0], ALFA0, MAXcut};
+struct Play {
+    Script::Line line;
+    std::vector<Call> calls;
+    std::vector<Kept> open;
+};
+Play play;
+
+constexpr int too_shallow = -1;
+constexpr int beyond_every_gate = 99;
+
+Call call_of(int n, Move m) {
+    return {n,
+            m,
+            search.deep,
+            pass.DEEP,
+            search.HASHf,
+            root_move.PVSm,
+            root_move.PVSm2,
+            root_move.LMRtest,
+            pass.SCAN1,
+            pass.SCANT,
+            pass.pempatee,
+            pass.ataque,
+            move_class.ESTRATEGIA,
+            search.E,
+            bounds.alfa[0],
+            bounds.ALFA0,
+            bounds.MAXcut};
 }
 
-bool pergunta(int n, Lance m) {
-    feitas.push_back(agora(n, m));
-    const std::optional<float> v = fala_atual(feitas.back());
+void child_entered(int n, Move m) {
+    play.calls.push_back(call_of(n, m));
+    const std::optional<float> v = play.line(play.calls.back());
+    play.open.push_back({v.has_value(), search.deep, pass.DEEP, tree});
     if (v) {
-        (n % 2 == 0 ? alfa[n] : beta[n]) = *v;
+        value_of_ply(n) = *v;
+        search.deep = too_shallow;
+        pass.DEEP = beyond_every_gate;
     }
-    return !v;
+}
+
+void child_left(int, Move, float) {
+    if (const Kept& kept = play.open.back(); kept.scripted) {
+        search.deep = kept.deep;
+        pass.DEEP = kept.DEEP;
+        tree = kept.tree;
+    }
+    play.open.pop_back();
 }
 
 }  // namespace
 
-Roteiro::Roteiro(Fala fala) {
-    feitas.clear();
-    fala_atual = std::move(fala);
-    entra_no_filho = pergunta;
+Script::Script(Line line) {
+    play = {std::move(line), {}, {}};
+    probes.child_entered = child_entered;
+    probes.child_left = child_left;
 }
 
-Roteiro::~Roteiro() { entra_no_filho = nullptr; }
+Script::~Script() {
+    probes.child_entered = nullptr;
+    probes.child_left = nullptr;
+}
 
-const std::vector<Chamada>& Roteiro::chamadas() const { return feitas; }
+const std::vector<Call>& Script::calls() const { return play.calls; }
 
-std::vector<std::string> Roteiro::lances(int n) const {
-    std::vector<std::string> textos;
-    for (const Chamada& x : feitas) {
+std::vector<std::string> Script::moves(int n) const {
+    std::vector<std::string> texts;
+    for (const Call& x : play.calls) {
         if (x.n == n) {
-            textos.push_back(texto(x.m));
+            texts.push_back(text_of(x.m));
         }
     }
-    return textos;
+    return texts;
 }
 
-std::size_t Roteiro::quantas(int n) const { return lances(n).size(); }
+std::size_t Script::count(int n) const { return moves(n).size(); }
 
-Roteiro::Fala sempre(int n, float valor) {
-    return [n, valor](const Chamada& x) { return x.n == n ? std::optional(valor) : std::nullopt; };
+Script::Line every_child(int n, float value) {
+    return [n, value](const Call& x) { return x.n == n ? std::optional(value) : std::nullopt; };
 }
 
-Escrita::Escrita() : antes_(std::cout.rdbuf(para_.rdbuf())) {}
-Escrita::~Escrita() { std::cout.rdbuf(antes_); }
+Written::Written() : before_(std::cout.rdbuf(to_.rdbuf())) {}
+Written::~Written() { std::cout.rdbuf(before_); }
 
-void busca_nua() {
-    LMR = 0;
-    NULL_MOVE = 0;
-    PVS = 0;
-    TURBO = 0;
-    VERTICAL_filt = 0;
-    SEARCH_E = 0;
-    TC = 0;
-    HASHf = 0;
-    pempatee = 0;
+void bare_search() {
+    options.LMR = 0;
+    options.NULL_MOVE = 0;
+    options.PVS = 0;
+    options.TURBO = 0;
+    options.VERTICAL_filt = 0;
+    options.TC = 0;
+    options.SEARCH_EE = search.SEARCH_E = 0;
+    options.HASHf = search.HASHf = 0;
+    pass.pempatee = 0;
 }
 
-float mate_na_ply(int n) {
-    const auto tamanho = static_cast<float>(16500 - 1100 * ((n + 1) / 2));
-    return n % 2 == 0 ? -tamanho : tamanho;
+float mate_value(int n) {
+    const auto size = static_cast<float>(16500 - 1100 * ((n + 1) / 2));
+    return n % 2 == 0 ? -size : size;
 }
 
-std::string espelho(std::string_view fen) {
-    const std::optional<plain::Position> p = plain::from_fen(fen);
+std::string mirrored(std::string_view fen) {
+    const std::optional<rules::Position> p = rules::from_fen(fen);
     if (!p) {
         throw std::invalid_argument("no position: " + std::string(fen));
     }
-    return plain::to_fen(plain::mirrored(*p));
+    return rules::to_fen(rules::mirrored(*p));
 }
 
-Lance espelho(Lance m) { return {m.a, 7 - m.b, m.c, 7 - m.d}; }
+Move mirrored(Move m) { return move_of(m.from_file, 7 - m.from_rank, m.to_file, 7 - m.to_rank); }
 
-void busca_inteira(Cor minha) {
-    const Escrita calada;
-    busca_na_raiz(minha);
+void search_whole(Colour own) {
+    const Written silent;
+    search_root(own);
 }
 
-}  // namespace teste
+}  // namespace tests

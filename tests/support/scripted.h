@@ -10,66 +10,66 @@
 #include <string_view>
 #include <vector>
 
-namespace teste {
+namespace tests {
 
 // What a child of a node finds when it is about to be searched.
-struct Chamada {
+struct Call {
     int n;  // ply of the child
-    Lance m;
+    Move m;
     int deep, DEEP;
-    std::uint8_t HASHf, deeppromo, PVSm, PVSm2, LMRtest, SCAN1, SCANT, pempatee;
+    std::uint8_t HASHf, PVSm, PVSm2, LMRtest, SCAN1, SCANT, pempatee;
     int ataque, ESTRATEGIA;
     float E, alfa0, ALFA0;
-    std::array<float, ondrel::ultima_ply> MAXcut;
+    std::array<float, ondrel::last_ply> MAXcut;
 };
 
-// Takes the children over while it lives. The script is asked about every child before it is searched: a number is
-// returned as the child's value in place of a search, nothing lets the search go on. All calls are kept.
-class Roteiro {
+// Takes the children over while it lives. The script is asked about every child as it is entered: a number is the value
+// that the child is to come back with, at once (it finds a depth too small for it, and the value in its bound); nothing
+// lets the search go on. All calls are kept.
+class Script {
 public:
-    using Fala = std::function<std::optional<float>(const Chamada&)>;
+    using Line = std::function<std::optional<float>(const Call&)>;
 
-    explicit Roteiro(Fala fala);
-    ~Roteiro();
-    Roteiro(const Roteiro&) = delete;
-    Roteiro& operator=(const Roteiro&) = delete;
+    explicit Script(Line line);
+    ~Script();
+    Script(const Script&) = delete;
+    Script& operator=(const Script&) = delete;
 
-    [[nodiscard]] const std::vector<Chamada>& chamadas() const;
+    [[nodiscard]] const std::vector<Call>& calls() const;
     // The moves of the children of ply n, in order.
-    [[nodiscard]] std::vector<std::string> lances(int n) const;
-    [[nodiscard]] std::size_t quantas(int n) const;
+    [[nodiscard]] std::vector<std::string> moves(int n) const;
+    [[nodiscard]] std::size_t count(int n) const;
 };
 
 // A script that gives every child of ply n the same value and searches all others.
-Roteiro::Fala sempre(int n, float valor);
+Script::Line every_child(int n, float value);
 
 // What is written to standard output while it lives, kept from the terminal.
-class Escrita {
+class Written {
 public:
-    Escrita();
-    ~Escrita();
-    Escrita(const Escrita&) = delete;
-    Escrita& operator=(const Escrita&) = delete;
-
-    [[nodiscard]] std::string texto() const { return para_.str(); }
+    Written();
+    ~Written();
+    Written(const Written&) = delete;
+    Written& operator=(const Written&) = delete;
+    [[nodiscard]] std::string text() const { return to_.str(); }
 
 private:
-    std::ostringstream para_;
-    std::streambuf* antes_;
+    std::ostringstream to_;
+    std::streambuf* before_;
 };
 
 // Switches off what shortens or repeats a node's run: reductions, null moves, scout passes, filters, windows, clock,
 // tables and repetition. What is left is the bare alpha-beta. (Below a depth of 7 there is no shallow pass either.)
-void busca_nua();
+void bare_search();
 
 // The value of mate at ply n from the view of the root side: the side to reply at node n is mated.
-float mate_na_ply(int n);
+float mate_value(int n);
 
-// The same position, or move, with the colours changed: ranks mirrored, files kept.
-std::string espelho(std::string_view fen);
-Lance espelho(Lance m);
+// The position and the move seen from the other side: colours and ranks exchanged, files kept.
+std::string mirrored(std::string_view fen);
+Move mirrored(Move m);
 
-// A whole search of the prepared position, as between the go line and its answer; nothing reaches the terminal.
-void busca_inteira(Cor minha);
+// A whole search of the root, its lines thrown away.
+void search_whole(Colour own);
 
-}  // namespace teste
+}  // namespace tests

@@ -2,43 +2,43 @@
 
 #include <string_view>
 
-namespace teste {
+namespace tests {
 
 namespace {
 
 // Takes a field and its value out of the line; tells whether it was there.
-bool tira_campo(std::string& linha, std::string_view nome) {
-    const std::string campo = ' ' + std::string(nome) + ' ';
-    const auto onde = linha.find(campo);
-    if (onde == std::string::npos) {
+bool take_out_field(std::string& line, std::string_view name) {
+    const std::string field = ' ' + std::string(name) + ' ';
+    const auto begin = line.find(field);
+    if (begin == std::string::npos) {
         return false;
     }
-    const auto fim = linha.find(' ', onde + campo.size());
-    linha.erase(onde, fim == std::string::npos ? fim : fim - onde);
+    const auto end = line.find(' ', begin + field.size());
+    line.erase(begin, end == std::string::npos ? end : end - begin);
     return true;
 }
 
 }  // namespace
 
-std::vector<std::string> sem_relogio(const std::vector<std::string>& linhas) {
-    std::vector<std::string> restantes;
-    for (std::string linha : linhas) {
-        if (!linha.starts_with("info nps ")) {
-            tira_campo(linha, "time");
-            restantes.push_back(linha);
+std::vector<std::string> without_clock(const std::vector<std::string>& lines) {
+    std::vector<std::string> remaining;
+    for (std::string line : lines) {
+        if (!line.starts_with("info nps ")) {
+            take_out_field(line, "time");
+            remaining.push_back(line);
         }
     }
-    return restantes;
+    return remaining;
 }
 
-std::vector<std::string> sem_profundidades(const std::vector<std::string>& linhas) {
-    std::vector<std::string> restantes = sem_relogio(linhas);
-    for (std::string& linha : restantes) {
-        if (linha.starts_with("info ") && !tira_campo(linha, "seldepth")) {
-            tira_campo(linha, "depth");
+std::vector<std::string> without_depths_reached(const std::vector<std::string>& lines) {
+    std::vector<std::string> remaining = without_clock(lines);
+    for (std::string& line : remaining) {
+        if (line.starts_with("info ") && !take_out_field(line, "seldepth")) {
+            take_out_field(line, "depth");
         }
     }
-    return restantes;
+    return remaining;
 }
 
-}  // namespace teste
+}  // namespace tests

@@ -4,13 +4,13 @@
 #include <string>
 #include <vector>
 
-namespace teste {
+namespace tests {
 
 // The lines without their field "time N", and without the "info nps" lines.
-std::vector<std::string> sem_relogio(const std::vector<std::string>& linhas);
+std::vector<std::string> without_clock(const std::vector<std::string>& lines);
 
 // The same without the depths that the process has reached: the field "seldepth N" of every line, and the depth of the
 // final line of a search, the only one without that field.
-std::vector<std::string> sem_profundidades(const std::vector<std::string>& linhas);
+std::vector<std::string> without_depths_reached(const std::vector<std::string>& lines);
 
-}  // namespace teste
+}  // namespace tests
