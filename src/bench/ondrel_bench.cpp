@@ -59,10 +59,10 @@ std::string lines_of_step(std::string_view step, std::string& clock) {
     if (step.starts_with("fen ") || step.starts_with("startpos")) {
         return "position " + std::string(step) + "\ngo wtime " + clock + " btime " + clock + "\n";
     }
-    const auto sign = step.find('=');
-    std::string line = "setoption name " + std::string(step.substr(0, sign));
-    if (sign != std::string_view::npos) {
-        line += " value " + std::string(step.substr(sign + 1));
+    const auto equals = step.find('=');
+    std::string line = "setoption name " + std::string(step.substr(0, equals));
+    if (equals != std::string_view::npos) {
+        line += " value " + std::string(step.substr(equals + 1));
     }
     return line + "\n";
 }

@@ -32,7 +32,7 @@ int bucket_of(const LineKey& text) {
     return static_cast<int>(std::hash<std::string_view>{}({text.data(), text.size()}) % buckets);
 }
 
-void unlink(int i) {
+void take_from_chain(int i) {
     int* link = &memory.first[bucket_of(memory.records[i].mem)];
     while (*link != i + 1) {
         link = &memory.next[*link - 1];
@@ -40,7 +40,7 @@ void unlink(int i) {
     *link = memory.next[i];
 }
 
-void link(int i) {
+void enter_in_chain(int i) {
     int* link = &memory.first[bucket_of(memory.records[i].mem)];
     while (*link != no_record && *link < i + 1) {
         link = &memory.next[*link - 1];
@@ -64,10 +64,10 @@ std::optional<SearchOutcome> hash_mem_scan(const LineKey& inn, SearchDemand dema
 void hash_mem_build(const LineKey& inn, SearchDemand demand, const SearchOutcome& outcome) {
     const int i = memory.inc1;
     if (i < memory.used) {
-        unlink(i);
+        take_from_chain(i);
     }
     memory.records[i] = {inn, demand, outcome};
-    link(i);
+    enter_in_chain(i);
     memory.inc1 = i + 1;
     memory.used = std::max(memory.used, memory.inc1);
     if (memory.inc1 == mem_records - 1) {

@@ -52,7 +52,7 @@ Link bucket_of(const NodeKey& k) {
     return static_cast<Link>((h ^ (h >> 32U)) % buckets);
 }
 
-void unlink(Table& t, Link i) {
+void take_from_chain(Table& t, Link i) {
     if (t.bucket_of[i] == none) {
         return;
     }
@@ -64,7 +64,7 @@ void unlink(Table& t, Link i) {
     t.bucket_of[i] = none;
 }
 
-void link(Table& t, Link i) {
+void enter_in_chain(Table& t, Link i) {
     const Link bucket = bucket_of(t.key[i]);
     Link* link = &t.first[bucket];
     while (*link != none && *link < i) {
@@ -90,14 +90,14 @@ std::optional<float> hash_table_scan(int n, Colour c, const NodeKey& key) {
 void hash_table_build(int n, Colour c, const NodeKey& key) {
     Table& t = table(n, c);
     const auto i = static_cast<Link>(t.inc);
-    unlink(t, i);
+    take_from_chain(t, i);
     t.key[i] = key;
 }
 
 bool hash_table_store(int n, Colour c, float value) {
     Table& t = table(n, c);
     t.value[t.inc] = value;
-    link(t, static_cast<Link>(t.inc));
+    enter_in_chain(t, static_cast<Link>(t.inc));
     ++t.inc;
     t.used = std::max(t.used, t.inc);
     const bool wraps = t.inc == shallow_records - 1;

@@ -79,9 +79,9 @@ inline bool pawn_pushes(const Ply& at, int from, Try try_move) {
 // The two squares that a pawn attacks, the higher file first; what stands there is for try_move to ask.
 template <Colour c, class Try>
 inline bool pawn_captures(int from, Try try_move) {
-    const Leaps& captures = pawn_leaps[c][from];
-    for (int k = 0; k < captures.count; ++k) {
-        if (try_move(move_between(from, captures.in_order[k]))) {
+    const Leaps& attacked = pawn_leaps[c][from];
+    for (int k = 0; k < attacked.count; ++k) {
+        if (try_move(move_between(from, attacked.in_order[k]))) {
             return true;
         }
     }

@@ -421,12 +421,12 @@ template <Colour c, class P>
 inline void judge(P n, Move m, float v) {
     constexpr Colour own = P::even ? other(c) : c;
     const PieceSets position = sets_of_trial<c>(n, m);
-    const Leaf leaf{position, trial.p_xy_R, pass.roque};
+    const Leaf seen{position, trial.p_xy_R, pass.roque};
     count_rule(Rule::judged);
-    if (!estimate_leaf<own, other(c)>(leaf) || !estimate_suffices(n, v + judgement.extraeval)) {
+    if (!estimate_leaf<own, other(c)>(seen) || !estimate_suffices(n, v + judgement.extraeval)) {
         count_rule(Rule::judged_exactly);
         make_trial<c>(n, m);
-        judge_estimated_leaf<own, other(c)>(leaf, trial.tab2);
+        judge_estimated_leaf<own, other(c)>(seen, trial.tab2);
     }
     if (P::even && search.deep > process.ddep) {
         process.ddep = search.deep;

@@ -25,6 +25,22 @@ constexpr float mate_of_ply(int n) { return 16500.0F - 1100.0F * static_cast<flo
 // Default of MAXcut<N>: the nearest mate that can still follow from ply N; the root's own is that of ply 1.
 constexpr float nearest_mate(int n) { return n == 0 ? mate_of_ply(1) : mate_of_ply(n + 1); }
 
+constexpr std::array<float, last_ply> nearest_mates() {
+    std::array<float, last_ply> t{};
+    for (int n = 0; n < last_ply; ++n) {
+        t[n] = nearest_mate(n);
+    }
+    return t;
+}
+
+// What every ply starts with.
+template <std::size_t plies, class T>
+constexpr std::array<T, plies> filled(T v) {
+    std::array<T, plies> t{};
+    t.fill(v);
+    return t;
+}
+
 // --- Process ---
 
 struct Process {
@@ -70,8 +86,8 @@ inline Search search;
 struct Bounds {
     // Values of the nodes: alfa<N> at even N, beta<N> at odd N. alfa[0] is the root's bound, written by the root routines,
     // ply 1 and the schedule; the rest by its own node, and by a null-move pass below it for its time.
-    std::array<float, last_ply + 1> alfa = filled(start_of_alfa);
-    std::array<float, last_ply + 1> beta = filled(start_of_beta);
+    std::array<float, last_ply + 1> alfa = filled<last_ply + 1>(start_of_alfa);
+    std::array<float, last_ply + 1> beta = filled<last_ply + 1>(start_of_beta);
     float ALFA0 = start_of_alfa;  // alfa0 as the previous depth left it
 
     // corte_alfa<N-1> stops the move loop of an odd node N, corte_beta<N-1> that of an even one.
@@ -80,22 +96,8 @@ struct Bounds {
 
     // MAXcut[0] is MAXcut, the root's own; at even N an upper, at odd N (negated) a lower limit of the node's value.
     // Plies 1 and 2 and the schedule change it for a pass; MAXcutt holds the values of the search.
-    std::array<float, last_ply> MAXcut = ladder();
-    std::array<float, last_ply> MAXcutt = ladder();
-
-private:
-    static constexpr std::array<float, last_ply + 1> filled(float v) {
-        std::array<float, last_ply + 1> t{};
-        t.fill(v);
-        return t;
-    }
-    static constexpr std::array<float, last_ply> ladder() {
-        std::array<float, last_ply> t{};
-        for (int n = 0; n < last_ply; ++n) {
-            t[n] = nearest_mate(n);
-        }
-        return t;
-    }
+    std::array<float, last_ply> MAXcut = nearest_mates();
+    std::array<float, last_ply> MAXcutt = nearest_mates();
 };
 inline Bounds bounds;
 
@@ -103,17 +105,10 @@ inline Bounds bounds;
 struct Slots {
     Move aab_ddb = no_move;  // aab, bbb, ccb, ddb: the best root move, for the gate of the coming pass
     // aa<N>, bb<N>, cc<N>, dd<N>: the quiet slot; of ply 1 aa1v .. dd1v.
-    std::array<Move, last_ply> aa_dd = filled();
+    std::array<Move, last_ply> aa_dd = filled<last_ply>(no_move);
     // aa<N>g .. dd<N>g: the capture slot, victim's square first, attacker's behind it; of ply 1 aa1 .. dd1, the
     // attacker first.
-    std::array<Move, last_ply> aag_ddg = filled();
-
-private:
-    static constexpr std::array<Move, last_ply> filled() {
-        std::array<Move, last_ply> t{};
-        t.fill(no_move);
-        return t;
-    }
+    std::array<Move, last_ply> aag_ddg = filled<last_ply>(no_move);
 };
 inline Slots slots;
 

@@ -387,8 +387,8 @@ TEST_F(Node, ExpansionCopiesThePlyAboveAndPlaysTheMoveThere) {
 }
 
 TEST_F(Node, PliesTwoAndThreeTellTheObserverOnEveryEntry) {
-    static int told;
     for (int n = 2; n <= 23; ++n) {
+        static int told;
         SCOPED_TRACE(n);
         stand_before(n, queen_of_all_trades);
         told = 0;
