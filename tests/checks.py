@@ -1,4 +1,4 @@
-"""What the tests of documents and installation share: a choice of checks, each of which gives the faults it finds."""
+"""What the tests of documents, house and installation share: a choice of checks, each of which gives the faults it finds."""
 import argparse
 import sys
 from pathlib import Path
@@ -9,8 +9,8 @@ def run(description, checks):
     parser = argparse.ArgumentParser(description=description, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("check", choices=checks)
     parser.add_argument("--source", required=True, type=lambda path: Path(path).resolve())
-    parser.add_argument("--build", required=True, type=lambda path: Path(path).resolve())
-    parser.add_argument("--engine", required=True)
+    parser.add_argument("--build", type=lambda path: Path(path).resolve())
+    parser.add_argument("--engine")
     args = parser.parse_args()
     faults = checks[args.check](args)
     for fault in faults:

@@ -9,6 +9,7 @@ import tempfile
 from pathlib import Path
 
 import checks
+import sources
 
 SKIPPED = 77
 # Set for what the commands of the documents start, so that ./test does not come back here.
@@ -49,44 +50,47 @@ def table_rows(text):
 
 # --- Names: what the glossary and the architecture call by name is in the code ---
 
-def identifiers(source):
-    """Those of the code, apart from comments; what stands in strings is told separately."""
-    names, quoted = set(), set()
-    string = r'"(?:\\.|[^"\\\n])*"'
-    for path in (source / "src").rglob("*"):
-        if path.suffix in (".h", ".cpp"):
-            text = re.sub(r"//.*|^\s*#\s*include.*", "", path.read_text(), flags=re.MULTILINE)
-            quoted |= set(re.findall(r"\w+", " ".join(re.findall(string, text))))
-            names |= set(re.findall(r"[A-Za-z_]\w*", re.sub(string, "", text)))
-    return names, quoted
-
-
 def is_path(token):
     return "/" in token or re.search(r"\.(h|cpp|md|txt|cmake|json|py|6)$", token) is not None
 
 
+def glossary_tables(text):
+    """The path that the heading of a section names, and its tables' rows: the names' codes, and the explanation."""
+    for section in re.split(r"^## ", text, flags=re.MULTILINE)[1:]:
+        heading, _, rest = section.partition("\n")
+        place = re.search("`(.*)`", heading)
+        yield place[1] if place else "", [(inline_code(row[0]), row[-1]) for row in table_rows(rest)]
+
+
+def check_glossary(source):
+    """Each name of the first column stands in the part of the code that its section tells of."""
+    faults, count = [], 0
+    for place, rows in glossary_tables((source / "docs/GLOSSARY.md").read_text()):
+        if not place or not (source / place).is_dir():
+            faults.append(f"GLOSSARY.md: the heading of a section names no part of the code, but `{place}`")
+            continue
+        names = set().union(*map(sources.identifiers, sources.files(source, [place])))
+        for listed, meaning in rows:
+            count += len(listed)
+            faults += [f"GLOSSARY.md: no {name} in {place}" for name in listed if name not in names]
+            if not listed or not meaning:
+                faults.append(f"GLOSSARY.md: a row without a name or an explanation in {place}: {listed} {meaning}")
+    if count < 200:
+        faults.append(f"GLOSSARY.md: only {count} names were found")
+    return faults
+
+
 def check_names(args):
     source = args.source
-    names, quoted = identifiers(source)
-    faults = []
-    glossary = (source / "docs/GLOSSARY.md").read_text()
-    rows = table_rows(glossary)
-    listed = [code for row in rows for code in inline_code(row[-1])]
-    if len(rows) < 100 or len(listed) < len(rows):
-        faults.append(f"GLOSSARY.md: only {len(listed)} names in {len(rows)} rows were found")
-    for code in listed:
-        for name in [] if is_path(code) else re.findall(r"[A-Za-z_]\w*", code):
-            if name not in names:
-                faults.append(f"GLOSSARY.md: no {name} in src (`{code}`)")
-    everything = " ".join(names).lower()
-    for row in rows:
-        if len(row) == 3:
-            faults += [f"GLOSSARY.md: no identifier in src has the stem {stem}"
-                       for stem in re.split(", *", row[0]) if stem.lower() not in everything]
+    code = sources.files(source)
+    names = set().union(*map(sources.identifiers, code))
+    quoted = set().union(*map(sources.quoted_words, code))
+    faults = check_glossary(source)
 
-    # The architecture also speaks of floors, targets and commands.
+    # The architecture also speaks of floors, targets, tests and commands.
     others = quoted | {path.stem for path in (source / "src").rglob("*")}
-    others |= set(re.findall(r"[\w-]+", (source / "CMakeLists.txt").read_text()))
+    for rules in ("CMakeLists.txt", "tests/CMakeLists.txt"):
+        others |= set(re.findall(r"[\w-]+", (source / rules).read_text()))
     text = (source / "docs/ARCHITECTURE.md").read_text()
     words = [word for block in fenced_blocks(text) for word in block.split() if "_" in word]
     for code in inline_code(text) + words:

@@ -21,6 +21,7 @@ has() {
         clang) any_of clang++ ;;
         xvfb) any_of Xvfb ;;
         man-db) any_of man mandoc groff ;;
+        wamerican) [[ -e /usr/share/dict/american-english || -e /usr/share/dict/words ]] ;;
         dpkg-dev) any_of dpkg-shlibdeps ;;
         clang-tidy) any_of clang-tidy && any_of run-clang-tidy ;;
         libgtest-dev) has_header gtest/gtest.h ;;

@@ -270,7 +270,7 @@ void init_tabuleiro2(Move m) {
     set_root_gate(m == root.aab);
     root.ataca = {};
     root.N_A = {};
-    set_matriz(m);
+    set_destination_value(m);
     put_trial_on_tab2(ply.tabd, ply.flags, root.joga_com_b, m);
     rebuild_attack_maps(tree.tab2);
 }
@@ -348,7 +348,7 @@ bool castling_is_open(Colour c, int N, Castling side) {
     if (ply.flags.R_jm[c]) {
         return false;
     }
-    if (side == Castling::shortside) {
+    if (side == Castling::short_side) {
         return man_on(ply.tabd, 7, home) == code(c, torre) && !ply.flags.T_h_jm[c] && is_empty(5) && is_empty(6);
     }
     return man_on(ply.tabd, 0, home) == code(c, torre) && !ply.flags.T_a_jm[c] && is_empty(1) && is_empty(2) &&
@@ -360,7 +360,7 @@ void verifica_roque(Colour c, int N, Castling side) {
         set_root_gate(castling_move(c, side) == root.aab);
     }
     const int home = rank_of(c, 0);
-    const bool is_long = side == Castling::longside;
+    const bool is_long = side == Castling::long_side;
     const int corner = is_long ? 0 : 7;
     const int crossed = is_long ? 3 : 5;
     const int reached = is_long ? 2 : 6;

@@ -32,9 +32,9 @@ void verifica_empate();
 
 // --- Tests on tabd<N>, ply 0 being the root: they leave XM; R, tab2 and at the root TEST1IID ---
 void verifica_xequemate(Colour c, int N, int file, int rank);
-enum class Castling { longside, shortside };
+enum class Castling { long_side, short_side };
 constexpr Move castling_move(Colour c, Castling side) {
-    return {4, rank_of(c, 0), side == Castling::longside ? 2 : 6, rank_of(c, 0)};
+    return {4, rank_of(c, 0), side == Castling::long_side ? 2 : 6, rank_of(c, 0)};
 }
 // Rights, rook and empty squares, which the caller of verifica_roque looks at.
 bool castling_is_open(Colour c, int N, Castling side);

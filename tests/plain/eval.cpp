@@ -26,7 +26,7 @@ long double ratio(long double above, long double below) {
     return above > 0 ? infinity : above < 0 ? -infinity : std::numeric_limits<long double>::quiet_NaN();
 }
 
-long double ln_ratio(long double above, long double below) { return std::log(ratio(above, below)); }
+long double log_ratio(long double above, long double below) { return std::log(ratio(above, below)); }
 
 int wrap(unsigned x) { return static_cast<int>(x); }
 
@@ -51,13 +51,13 @@ struct Tables {
 static Tables tables;
 
 // Plain data: ranks for white, on the outer files and on the others.
-constexpr std::array<int, 8> peao_final_outer = {0, 0, 20, 20, 20, 25, 30, 100};
-constexpr std::array<int, 8> peao_final_inner = {0, 0, 25, 25, 25, 30, 35, 100};
-constexpr std::array<int, 8> peao_medio = {0, 0, 0, 1, 2, 5, 12, 25};
+constexpr std::array<int, 8> end_game_pawn_outer = {0, 0, 20, 20, 20, 25, 30, 100};
+constexpr std::array<int, 8> end_game_pawn_inner = {0, 0, 25, 25, 25, 30, 35, 100};
+constexpr std::array<int, 8> middle_game_pawn = {0, 0, 0, 1, 2, 5, 12, 25};
 
 static int posix_peao_final(Colour c, int sq) {
     const int rank = rank_of(c, sq % 8);
-    return sq / 8 == 0 || sq / 8 == 7 ? peao_final_outer[rank] : peao_final_inner[rank];
+    return sq / 8 == 0 || sq / 8 == 7 ? end_game_pawn_outer[rank] : end_game_pawn_inner[rank];
 }
 
 // The tables peak on a square given for white.
@@ -91,7 +91,7 @@ void fill_tables(Colour c) {
     fill_peak(tables.posix_reifinal, c, 500, 4, 3);
     tables.posix_torre[c] = {};
     for (int sq = 0; sq < 64; ++sq) {
-        tables.posix_peao_medio[c][sq] = peao_medio[rank_of(c, sq % 8)];
+        tables.posix_peao_medio[c][sq] = middle_game_pawn[rank_of(c, sq % 8)];
     }
 }
 
@@ -100,7 +100,7 @@ void fill_tables(Colour c) {
 struct Counters {
     float posicao = 0, centro = 0, atack_ksf = 0, defesa_ksf = 0;
     int mobilidade = 0, alvos = 0, apoios = 0, pecas = 0, peoes = 0, pontos = 0, avanco = 0, abrigo = 0;
-    int cavalos = 0, bispos = 0, torres = 0, damas = 0;
+    int knights = 0, bishops = 0, rooks = 0, queens = 0;
     // The box of pawns and king; of a colour that has neither it counts 36.
     int lowest_file = 7, highest_file = 0, lowest_rank = 7, highest_rank = 0;
 };
@@ -147,10 +147,10 @@ static void count_man(Counters& side, Colour c, int piece, int f, int r) {
     if (piece == peao || piece == rei) {
         widen_box(side, f, r);
     }
-    side.cavalos += piece == cavalo;
-    side.bispos += piece == bispo;
-    side.torres += piece == torre;
-    side.damas += piece == dama;
+    side.knights += piece == cavalo;
+    side.bishops += piece == bispo;
+    side.rooks += piece == torre;
+    side.queens += piece == dama;
 }
 
 // (avanco + 0.1)/(pecas + peoes + 1) and (peoes + 1)/caixa.
@@ -170,10 +170,10 @@ static void find_king(Colour c) {
 }
 
 static void fill_Xr(Colour c) {
-    if (root.materiala[c] < 110.0F) {
+    if (root.material_a[c] < 110.0F) {
         return;
     }
-    const int numerator = root.materiala[c] == 110.0F ? 375 : 15;
+    const int numerator = root.material_a[c] == 110.0F ? 375 : 15;
     for (int f = 0; f < 8; ++f) {
         for (int r = 0; r < 8; ++r) {
             root.Xr[c][at(f, r)] = numerator / (square_of(f - root.p_x_R[c]) + 1 + square_of(r - root.p_y_R[c]) + 1);
@@ -205,7 +205,7 @@ static void fill_XP(Colour c) {
 
 static void count_material() {
     for (const Colour c : {white, black}) {
-        int all = 0, pawns = 0, men = 0, men_dp = 0;
+        int all = 0, pawns = 0, men = 0, pieces = 0;
         for (const int man : tree.ply[0].tabd) {
             if (!is_of(c, man)) {
                 continue;
@@ -213,16 +213,16 @@ static void count_material() {
             const int piece = size_of(man);
             all += piece;
             men += piece != rei;
-            men_dp += piece != rei && piece != peao;
+            pieces += piece != rei && piece != peao;
             pawns += piece == peao;
         }
-        root.materiala[c] = static_cast<float>(all);
+        root.material_a[c] = static_cast<float>(all);
         root.npecas[c] = men;
-        root.npecasdp[c] = men_dp;
+        root.npecasdp[c] = pieces;
         root.materialmaior[c] = static_cast<float>(all - 10 * pawns - 110);
     }
     const Colour own = root.joga_com_b;
-    root.materialflot0 = root.materiala[own] - root.materiala[other(own)];
+    root.materialflot0 = root.material_a[own] - root.material_a[other(own)];
 }
 
 // Accounts a square; a move there that is legal counts as mobility.
@@ -299,16 +299,16 @@ static void balance_root() {
     }
     const Counters& own = sides[root.joga_com_b];
     const Counters& opp = sides[other(root.joga_com_b)];
-    const long double m_own = root.materiala[root.joga_com_b];
-    const long double m_opp = root.materiala[other(root.joga_com_b)];
+    const long double m_own = root.material_a[root.joga_com_b];
+    const long double m_opp = root.material_a[other(root.joga_com_b)];
     root.regimen =
-        static_cast<float>(tenth * ln_ratio(m_opp + tenth, m_own + tenth) +
-                           2 * ln_ratio(own.pontos + ten_and_tenth, opp.pontos + ten_and_tenth) +
-                           5 * ln_ratio(static_cast<long double>(own.defesa_ksf) + 3 + own.abrigo,
-                                        static_cast<long double>(opp.atack_ksf) + 3) +
-                           5 * ln_ratio(static_cast<long double>(own.atack_ksf) + 3,
-                                        static_cast<long double>(opp.defesa_ksf) + 3 + opp.abrigo) +
-                           static_cast<long double>(settings.MOB) * ln_ratio(own.mobilidade + 3, opp.mobilidade + 3) +
+        static_cast<float>(tenth * log_ratio(m_opp + tenth, m_own + tenth) +
+                           2 * log_ratio(own.pontos + ten_and_tenth, opp.pontos + ten_and_tenth) +
+                           5 * log_ratio(static_cast<long double>(own.defesa_ksf) + 3 + own.abrigo,
+                                         static_cast<long double>(opp.atack_ksf) + 3) +
+                           5 * log_ratio(static_cast<long double>(own.atack_ksf) + 3,
+                                         static_cast<long double>(opp.defesa_ksf) + 3 + opp.abrigo) +
+                           static_cast<long double>(settings.MOB) * log_ratio(own.mobilidade + 3, opp.mobilidade + 3) +
                            advancement(opp) - advancement(own) + compactness(own) - compactness(opp));
 }
 
@@ -346,10 +346,10 @@ void prepare_fen_board() {
 
 // --- The positional value of a root move ---
 
-static int king_matriz(Colour c, int to) {
+static int king_destination_value(Colour c, int to) {
     const Colour opp = other(c);
-    const float m = root.materiala[opp];
-    const float w = root.materiala[c];
+    const float m = root.material_a[opp];
+    const float w = root.material_a[c];
     const int n = root.npecas[opp];
     const auto is_one_of = [m](std::initializer_list<float> sums) {
         return std::find(sums.begin(), sums.end(), m) != sums.end();
@@ -397,7 +397,7 @@ static int king_matriz(Colour c, int to) {
     return value;
 }
 
-void set_matriz(Move m) {
+void set_destination_value(Move m) {
     const Colour c = root.joga_com_b;
     const int to = at(m.c, m.d);
     const int near_king = root.Xr[other(c)][to];
@@ -422,7 +422,7 @@ void set_matriz(Move m) {
         case bispo: root.MATRIZ = tables.posix_bispo[c][to] + near_king; break;
         case torre: root.MATRIZ = tables.posix_torre[c][to] + near_king; break;
         case dama: root.MATRIZ = tables.posix_dama[c][to] + near_king; break;
-        default: root.MATRIZ = king_matriz(c, to);
+        default: root.MATRIZ = king_destination_value(c, to);
     }
 }
 
@@ -481,7 +481,7 @@ static void judge_attacks(Walk& w, Colour c, int piece, int f, int r, const Step
 
 static void walk_piece(Walk& w, Colour c, int piece, int f, int r) {
     float& posicao = w.sides[c].posicao;
-    const double ap = c == w.own ? settings.agresprxrei : 1.0F;
+    const double scale = c == w.own ? settings.agresprxrei : 1.0F;
     const double near = proximidade(f, r, other(c));
     const double centro = tables.centro[at(f, r)];
     const int T = root.npecas[white] + root.npecas[black];
@@ -493,7 +493,7 @@ static void walk_piece(Walk& w, Colour c, int piece, int f, int r) {
         add(posicao, 15.0);
     }
     if (piece == cavalo) {
-        add(posicao, T < 15 ? 15 * ap / near + 10 * centro : 5 * ap / near + 25 * centro);
+        add(posicao, T < 15 ? 15 * scale / near + 10 * centro : 5 * scale / near + 25 * centro);
         judge_attacks(w, c, piece, f, r, knight_jumps, false);
     }
     if (piece == bispo) {
@@ -504,7 +504,7 @@ static void walk_piece(Walk& w, Colour c, int piece, int f, int r) {
     }
     if (piece == torre) {
         if (T < 15) {
-            add(posicao, 10 * ap / near);
+            add(posicao, 10 * scale / near);
         }
         if (T < 11 && (r == rank_of(c, 6) || r == rank_of(c, 7))) {
             add(posicao, 11.0);
@@ -512,20 +512,20 @@ static void walk_piece(Walk& w, Colour c, int piece, int f, int r) {
         judge_attacks(w, c, piece, f, r, rook_rays, true);
     }
     if (piece == dama) {
-        add(posicao, T < 15 ? 25 * ap / near + 15 * centro : 5 * ap / near + 10 * centro);
+        add(posicao, T < 15 ? 25 * scale / near + 15 * centro : 5 * scale / near + 10 * centro);
         judge_attacks(w, c, piece, f, r, queen_rays, true);
     }
 }
 
 static void walk_king(Walk& w, Colour c, int f, int r) {
     float& posicao = w.sides[c].posicao;
-    const double ap = c == w.own ? settings.agresprxrei : 1.0F;
+    const double scale = c == w.own ? settings.agresprxrei : 1.0F;
     const bool few_pieces = root.materialmaior[other(c)] <= 90.0F;
     if (few_pieces) {
         add(posicao, 50 * static_cast<double>(tables.centro[at(f, r)]));
     }
     if (root.npecas[other(c)] == 0) {
-        add(posicao, 75 * ap / proximidade(f, r, other(c)));
+        add(posicao, 75 * scale / proximidade(f, r, other(c)));
     }
     if (few_pieces) {
         judge_attacks(w, c, rei, f, r, king_steps, false);
@@ -670,11 +670,11 @@ static long double castling_term(Colour own) {
     if (root.roque[white] == 0 && root.roque[black] == 0) {
         return 0;
     }
-    return static_cast<float>(settings.roque_v * ln_ratio(root.roque[own] + 3, root.roque[other(own)] + 3));
+    return static_cast<float>(settings.roque_v * log_ratio(root.roque[own] + 3, root.roque[other(own)] + 3));
 }
 
 static long double hits_term(const Counters& side, double weight) {
-    return weight * static_cast<long double>(root.regimen) * ln_ratio(side.alvos + 3, side.apoios + 3);
+    return weight * static_cast<long double>(root.regimen) * log_ratio(side.alvos + 3, side.apoios + 3);
 }
 
 // abrigo + defesa_ksf + 3.
@@ -690,21 +690,21 @@ static long double position_sum(const Counters& side) {
 
 static long double structure_terms(const Counters& own, const Counters& opp, long double start) {
     return start + advancement(own) + compactness(own) - advancement(opp) - compactness(opp) +
-           2 * ln_ratio(own.pontos + ten_and_tenth, opp.pontos + ten_and_tenth);
+           2 * log_ratio(own.pontos + ten_and_tenth, opp.pontos + ten_and_tenth);
 }
 
 static long double activity_terms(const Counters& own, const Counters& opp, long double start) {
-    return start + 5 * ln_ratio(shelter_of(own), static_cast<long double>(opp.atack_ksf) + 3) +
-           5 * ln_ratio(static_cast<long double>(own.atack_ksf) + 3, shelter_of(opp)) +
-           static_cast<long double>(settings.MOB) * ln_ratio(own.mobilidade + 3, opp.mobilidade + 3) +
-           static_cast<long double>(settings.PM) * ln_ratio(position_sum(own), position_sum(opp));
+    return start + 5 * log_ratio(shelter_of(own), static_cast<long double>(opp.atack_ksf) + 3) +
+           5 * log_ratio(static_cast<long double>(own.atack_ksf) + 3, shelter_of(opp)) +
+           static_cast<long double>(settings.MOB) * log_ratio(own.mobilidade + 3, opp.mobilidade + 3) +
+           static_cast<long double>(settings.PM) * log_ratio(position_sum(own), position_sum(opp));
 }
 
 // --- Leaves ---
 
 static bool cannot_win(const Counters& side) {
-    return side.peoes == 0 && side.torres == 0 && side.damas == 0 &&
-           ((side.bispos == 0 && side.cavalos <= 2) || (side.cavalos == 0 && side.bispos <= 1));
+    return side.peoes == 0 && side.rooks == 0 && side.queens == 0 &&
+           ((side.bishops == 0 && side.knights <= 2) || (side.knights == 0 && side.bishops <= 1));
 }
 
 static void judge_leaf(Colour own, Colour stm) {
@@ -808,9 +808,9 @@ static int danger_of(Colour own, int piece, int sq) {
     }
 }
 
-static void scale_matriz(Colour own, int T) {
-    const float q_own = root.materiala[own];
-    const float q_opp = root.materiala[other(own)];
+static void scale_destination_value(Colour own, int T) {
+    const float q_own = root.material_a[own];
+    const float q_opp = root.material_a[other(own)];
     const long double q = ratio(q_own, q_opp);
     if (T < 0) {
         root.MATRIZ /= q > 1 ? 3 : q == 1 ? 4 : 5;
@@ -833,7 +833,7 @@ void verifica_estrategia(Colour own) {
         }
     }
     if (root.incentiva_promo) {
-        scale_matriz(own, T);
+        scale_destination_value(own, T);
     }
     root.ATAQUE =
         wrap(static_cast<unsigned>(T) + static_cast<unsigned>(root.MATRIZ) * static_cast<unsigned>(settings.matrix));

@@ -8,7 +8,7 @@ namespace plain {
 // --- Arithmetic ---
 int to_int(long double x);                                // toward zero; the lowest int when it does not fit
 long double ratio(long double above, long double below);  // with a divisor of 0 an infinity or no number
-long double ln_ratio(long double above, long double below);
+long double log_ratio(long double above, long double below);
 int wrap(unsigned x);  // 32-bit arithmetic wraps
 
 // --- Tables ---
@@ -21,7 +21,7 @@ void init_tabuleiro();
 void prepare_fen_board();
 
 // --- Root moves, on tab2 after init_tabuleiro2 ---
-void set_matriz(Move m);             // MATRIZ and incentiva_promo, of a move still unplayed on tab
+void set_destination_value(Move m);  // MATRIZ and incentiva_promo, of a move still unplayed on tab
 void verifica_estrategia(Colour c);  // extraevalll, ATAQUE, ESTRATEGIA
 
 // --- Leaves, on tab2: extraeval and EMPAT ---

@@ -263,7 +263,7 @@ static void reset_game(Colour c) {
     talk.joga_c_ob = talk.joga_c_fen = false;
     fill_new_game_tables(c);
     set_mate_limits();
-    root.materiala = {510.0F, 510.0F};
+    root.material_a = {510.0F, 510.0F};
     root.materialmaior = {320.0F, 320.0F};
     root.npecas = {15, 15};
     root.npecasdp = {7, 7};
@@ -502,7 +502,7 @@ void prepare_search(Colour c) {
         clear_shallow_tables_of_search(c);
     }
     tree.nodes = 0;
-    const long double L = ln_ratio(root.materiala[c], root.materiala[other(c)]) * settings.MQ;
+    const long double L = log_ratio(root.material_a[c], root.material_a[other(c)]) * settings.MQ;
     root.emp = root.emppp = to_int(settings.empp - 10 + L);
     if (tree.deep > 8) {
         tree.deep = 9;

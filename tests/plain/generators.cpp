@@ -188,7 +188,7 @@ static void analiselivre_peao(Colour o, int N, int f, int r, bool only_slot) {
 
 static void analiselivre_rei(Colour o, int N, int f, int r, bool only_slot) {
     const LastPly rule = only_slot ? LastPly::as_elsewhere : LastPly::any_value_cuts;
-    for (const Castling side : {Castling::shortside, Castling::longside}) {
+    for (const Castling side : {Castling::short_side, Castling::long_side}) {
         verifica_xequemate(o, N, f, r);
         if (!tree.XM) {
             tree.ply[N].XEQUE_MATE = false;
@@ -299,7 +299,7 @@ static bool try_staged_steps(Colour o, int victim, int f, int r, const Steps& st
 }
 
 static void try_staged_castlings(Colour o, int f, int r, bool only_slot) {
-    for (const Castling side : {Castling::shortside, Castling::longside}) {
+    for (const Castling side : {Castling::short_side, Castling::long_side}) {
         verifica_xequemate(o, 1, f, r);
         if (!tree.XM) {
             tree.ply[1].XEQUE_MATE = false;

@@ -79,7 +79,7 @@ static void judge_leaf(Colour c, int N, Move m) {
         value = static_cast<float>(settings.extradef ? R - O - ratio(O, R) : R - O);
         return;
     }
-    value = static_cast<float>(settings.extradef ? R - O + ln_ratio(R, O) * settings.MQ : R - O);
+    value = static_cast<float>(settings.extradef ? R - O + log_ratio(R, O) * settings.MQ : R - O);
     if (!tree.EXTRA_EVAL) {
         return;
     }
@@ -115,7 +115,7 @@ void run_node(Colour c, int N, Move m, bool passed, const Board& trial) {
     const Ply& before = tree.ply[N - 1];
     Ply& ply = tree.ply[N];
     if (N <= 8) {
-        tree.currN[N + 1] = 0;
+        tree.curr_N[N + 1] = 0;
         tree.LmrT[N + 1] = tree.AmrT[N + 1] = false;
     }
     weigh_move(c, before.tabd, m);
@@ -436,7 +436,7 @@ static void run_root_move(Colour c, Move m, float start) {
         text.fill(' ');
     }
     write_line_text(0, m);
-    tree.currN[2] = 0;
+    tree.curr_N[2] = 0;
     tree.LmrT[2] = tree.AmrT[2] = false;
     weigh_move(c, before.tabd, m);
     if (tree.deep == 0) {
@@ -514,7 +514,7 @@ static float start_of_full_pass(Colour c) {
     }
     const float start = tree.alfa[0];
     const long double promised = -15.0L + static_cast<long double>(root.materialflot0) + size_of(root.peca) +
-                                 ln_ratio(root.materiala[c], root.materiala[other(c)]) * settings.MQ;
+                                 log_ratio(root.material_a[c], root.material_a[other(c)]) * settings.MQ;
     if (tree.alfa[0] >= -15.0F && root.E >= promised) {
         tree.alfa[0] -= 75.0F;
         root.E -= 75.0F;
@@ -536,7 +536,7 @@ void deep_root_move(Colour c, Move m) {
     tree.LMRtest = false;
     tree.BETA1 = 16500.0F;
     for (const Colour side : {white, black}) {
-        tree.ply[0].material[side] = root.materiala[side] - 100.0F;
+        tree.ply[0].material[side] = root.material_a[side] - 100.0F;
     }
     if (tree.deep < 0) {
         leave_ply_1();

@@ -83,7 +83,7 @@ static void add_castlings(std::vector<std::string>& moves, const Situation& situ
     if (f != 4 || r != rank_of(c, 0) || is_attacked(situation.board, f, r, other(c))) {
         return;
     }
-    for (const Castling side : {Castling::shortside, Castling::longside}) {
+    for (const Castling side : {Castling::short_side, Castling::long_side}) {
         set_ply(situation);
         if (!castling_is_open(c, 1, side)) {
             continue;

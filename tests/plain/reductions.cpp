@@ -31,11 +31,11 @@ static bool is_passed(Colour c, int N, const Board& trial) {
            tree.deep >= (N >= 8   ? 13
                          : N >= 6 ? 11
                                   : 9) &&
-           tree.currN[N] <= 4 && !gives_check(other(c), trial);
+           tree.curr_N[N] <= 4 && !gives_check(other(c), trial);
 }
 
 bool retry_loop(Colour c, int N, Move m, const Board& trial) {
-    const int number = ++tree.currN[N];
+    const int number = ++tree.curr_N[N];
     for (;;) {
         const int deep = tree.deep;
         const bool HASHf = shallow.HASHf;
@@ -93,7 +93,7 @@ bool null_move_pass(Colour c, int N, Move m, const Board& trial) {
         return false;
     }
     const int below = N + 1;
-    tree.currN[below] = 0;
+    tree.curr_N[below] = 0;
     tree.LmrT[below] = tree.AmrT[below] = false;
     weigh_move(c, tree.ply[N - 1].tabd, m);
     set_material(below, c, N - 1, m);
@@ -170,7 +170,7 @@ static Next vertical_filter(Colour c, int N, Move m, const Board& trial) {
     const Colour o = other(c);
     const long double R = tree.ply[N].material[c];
     const long double O = tree.ply[N].material[o];
-    const auto S = static_cast<float>(R - O + ln_ratio(R, O) * settings.MQ);
+    const auto S = static_cast<float>(R - O + log_ratio(R, O) * settings.MQ);
     const int d = tree.deep;
 
     const bool last_full_ply = N >= 9 && N <= 21 && d == N;

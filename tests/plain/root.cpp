@@ -132,14 +132,14 @@ static void try_root_pawn(Colour c, const Routine& routine, int f, int r) {
 }
 
 static void try_root_castlings(Colour c, const Routine& routine, int f, int r) {
-    for (const Castling side : {Castling::shortside, Castling::longside}) {
+    for (const Castling side : {Castling::short_side, Castling::long_side}) {
         verifica_xequemate(c, 0, f, r);
         if (tree.XM || !castling_is_open(c, 0, side)) {
             continue;
         }
         // White's long castling with check is tested as if it were the short one.
-        const bool wrong_side = c == white && routine.check && side == Castling::longside;
-        verifica_roque(c, 0, wrong_side ? Castling::shortside : side);
+        const bool wrong_side = c == white && routine.check && side == Castling::long_side;
+        verifica_roque(c, 0, wrong_side ? Castling::short_side : side);
         verifica_xeque(c);
         verifica_estrategia(c);
         if (tree.R || root.ESTRATEGIA != root.ataque || !root.TEST1IID || root.XEQUE != routine.check) {
@@ -251,9 +251,9 @@ static std::vector<Loop> loops_of_temperament() {
 static void run_schedule(Colour c) {
     root.corte_MAXcut = false;
     std::vector<Loop> loops;
-    if (root.materiala[other(c)] > 110.0F) {
+    if (root.material_a[other(c)] > 110.0F) {
         loops = loops_of_temperament();
-    } else if (root.materiala[other(c)] == 110.0F) {
+    } else if (root.material_a[other(c)] == 110.0F) {
         loops = loops_of({"Lch P Lsh P", "Lch NBRQ Lsh NBRQK Lch K", "1ch K 1sh K"});
     }
     for (const Loop& loop : loops) {
@@ -290,7 +290,7 @@ void set_mate_limits() {
 }
 
 static bool is_almost_bare(Colour c) {
-    const float material = root.materiala[c];
+    const float material = root.material_a[c];
     return material == 110.0F || ((material == 142.0F || material == 143.0F) && root.npecas[c] == 1) ||
            (material == 174.0F && root.npecas[c] == 2);
 }
@@ -299,7 +299,7 @@ void set_score_windows(Colour c) {
     const Colour opp = other(c);
     const long double m = root.materialflot0;
     const long double p = c == white ? root.peca : -root.peca;
-    const long double L = ln_ratio(root.materiala[c], root.materiala[opp]) * settings.MQ;
+    const long double L = log_ratio(root.material_a[c], root.material_a[opp]) * settings.MQ;
     const auto positive = [&](long double width) { return static_cast<float>(m + width + p + L); };
     const auto negative = [&](long double width) { return static_cast<float>(width - m - L); };
     const int positive_mode = tree.Positive_filter;
@@ -323,7 +323,7 @@ void set_score_windows(Colour c) {
         set_limits(6, 16, m <= -33 ? 1100.0F : m < 50 ? positive(100) : positive(90));
         if (is_almost_bare(opp)) {
             set_ladder(0, 16);
-            if (root.materiala[opp] == 110.0F && root.materiala[c] >= 160.0F) {
+            if (root.material_a[opp] == 110.0F && root.material_a[c] >= 160.0F) {
                 set_limits(6, 16, 1100.0F);
             }
         }
@@ -376,7 +376,7 @@ static void run_pass(Colour c) {
 
 static void adjust_draw_score(Colour c) {
     const long double expected = static_cast<long double>(root.materialflot0) - 5.0L +
-                                 ln_ratio(root.materiala[c], root.materiala[other(c)]) * settings.MQ;
+                                 log_ratio(root.material_a[c], root.material_a[other(c)]) * settings.MQ;
     if (tree.alfa[0] >= expected && root.peca == 0) {
         root.emp += 10;
     }

@@ -106,7 +106,7 @@ struct Root {
     int peca = 0;  // what the last of them took
     std::vector<Board> tabr1 = std::vector<Board>(1000);
 
-    std::array<float, 2> materiala{510.0F, 510.0F};      // with the king
+    std::array<float, 2> material_a{510.0F, 510.0F};     // with the king
     std::array<float, 2> materialmaior{320.0F, 320.0F};  // without pawns and king
     std::array<int, 2> npecas{15, 15};                   // men without the king
     std::array<int, 2> npecasdp{7, 7};                   // men without pawns and king
@@ -155,7 +155,7 @@ struct Tree {
     int deep = 17, DEEP = 0;
     int nodes = 0, nd = 0;
     int curr = 0;                             // root moves searched in this pass
-    std::array<int, 10> currN{};              // curr2 .. curr9
+    std::array<int, 10> curr_N{};             // curr2 .. curr9
     std::array<bool, 10> LmrT{}, AmrT{};      // Lmr2T .. Lmr9T, Amr2T .. Amr9T
     std::array<Move, 24> quiet_slot;          // aa<N> ..; at ply 1 aa1v ..
     std::array<Move, 24> capture_slot;        // aa<N>g ..: victim, then attacker; at ply 1 aa1 ..: attacker first

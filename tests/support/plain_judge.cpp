@@ -49,7 +49,7 @@ void tell_root() {
     r.regimen = root.regimen;
     r.extraevalll = ondrel::judgement.extraevalll;
     r.roque = ondrel::pass.roque;
-    r.materiala = root.material_a;
+    r.material_a = root.material_a;
     r.materialmaior = root.materialmaior;
     r.npecas = root.npecas;
     r.Xr = root.Xr;

@@ -146,7 +146,7 @@ TEST_F(CommandLoop, AnyLineThatBeginsWithGoStartsTheSearch) {
 
 struct Form {
     std::string line;
-    int b, p, ob, fen;
+    int as_white, as_black, in_game, fen;
 };
 
 const std::vector<Form> forms{
@@ -168,9 +168,9 @@ TEST_F(CommandLoop, ReaderBetweenMovesTellsTheFormsApart) {
     for (const Form& form : forms) {
         command.joga_c_b = command.joga_c_p = command.joga_c_ob = command.joga_c_fen = 1;
         with_input("stop\n" + form.line + "\nisready\n", convert_a1a2_to_0000);
-        EXPECT_EQ(command.joga_c_b, form.b) << form.line;
-        EXPECT_EQ(command.joga_c_p, form.p) << form.line;
-        EXPECT_EQ(command.joga_c_ob, form.ob) << form.line;
+        EXPECT_EQ(command.joga_c_b, form.as_white) << form.line;
+        EXPECT_EQ(command.joga_c_p, form.as_black) << form.line;
+        EXPECT_EQ(command.joga_c_ob, form.in_game) << form.line;
         EXPECT_EQ(command.joga_c_fen, form.fen) << form.line;
         EXPECT_EQ(command.SAIR_PROGRAMA, 0) << form.line;
         EXPECT_EQ(command.in, form.line);
@@ -210,7 +210,7 @@ TEST_F(CommandLoop, IdleLoopTellsTheFormsApart) {
         const auto answers = dialogue({{form.line}, {"go", [&] { asked_on = true; }}});
         ASSERT_TRUE(asked_on);
         // A first move is searched on the spot, everything else waits for go.
-        const std::size_t searched_at = form.b || form.p ? 0 : 1;
+        const std::size_t searched_at = form.as_white || form.as_black ? 0 : 1;
         EXPECT_EQ(count_starting(answers[searched_at], "bestmove "), 1) << form.line;
         EXPECT_EQ(answers[1 - searched_at], nothing) << form.line;
     }

@@ -195,12 +195,12 @@ TEST_F(EvalAgainstPlain, PreparationForEitherSide) {
             tell_plain();
             plain::Root& expected = plain::root;
             expected.regimen = expected.materialflot0 = 0;
-            expected.materiala = expected.materialmaior = {};
+            expected.material_a = expected.materialmaior = {};
             expected.npecas = expected.p_x_R = expected.p_y_R = {};
             expected.Xr = expected.XP = {};
             plain::prepare_fen_board();
             compare(expected.regimen, root.regimen, fen);
-            EXPECT_EQ(root.material_a, expected.materiala) << fen;
+            EXPECT_EQ(root.material_a, expected.material_a) << fen;
             EXPECT_EQ(root.materialmaior, expected.materialmaior) << fen;
             EXPECT_EQ(root.npecas, expected.npecas) << fen;
             EXPECT_EQ(root.materialflot0, expected.materialflot0) << fen;

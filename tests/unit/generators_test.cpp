@@ -563,9 +563,9 @@ TEST_F(QuietMoves, TheTestFormTriesTheStoredMoveAlone) {
                 set_up_ply(n, o.fen);
                 slots.aa_dd[n] = move_from(m);
                 EXPECT_EQ(texts_of(quiet_moves_tried(n, o.from, true)), (Texts{m})) << n;
-                Texts outros = o.moves;
-                outros.erase(std::find(outros.begin(), outros.end(), m));
-                EXPECT_EQ(texts_of(quiet_moves_tried(n, o.from)), outros) << n;
+                Texts others = o.moves;
+                others.erase(std::find(others.begin(), others.end(), m));
+                EXPECT_EQ(texts_of(quiet_moves_tried(n, o.from)), others) << n;
             }
         }
     }

@@ -64,7 +64,7 @@ protected:
     static int value_of_move(Colour c, int man, std::string_view text) {
         plain::root.joga_com_b = c;
         put({{"a1", plain::rei}, {"h8", -plain::rei}, {text.substr(0, 2), man}});
-        plain::set_matriz(move(text));
+        plain::set_destination_value(move(text));
         return plain::root.MATRIZ;
     }
 };
@@ -88,12 +88,12 @@ TEST_F(PlainEval, TablesFollowTheirFormulas) {
 }
 
 TEST_F(PlainEval, BareKingSeeksTheMiddle) {
-    plain::root.materiala = {110.0F, 510.0F};
+    plain::root.material_a = {110.0F, 510.0F};
     plain::root.joga_com_b = white;
     put({{"e3", plain::rei}, {"h8", -plain::rei}});
-    plain::set_matriz(move("e3e4"));
+    plain::set_destination_value(move("e3e4"));
     EXPECT_EQ(plain::root.MATRIZ, 250);
-    plain::set_matriz(move("e3a8"));
+    plain::set_destination_value(move("e3a8"));
     EXPECT_EQ(plain::root.MATRIZ, 14);
 }
 
@@ -232,7 +232,7 @@ TEST_F(PlainEval, ScalesAPawnsValueLateInTheGame) {
     const auto scaled = [](float own, float opp) {
         plain::root.nb = 70;
         plain::root.joga_com_b = white;
-        plain::root.materiala = {own, opp};
+        plain::root.material_a = {own, opp};
         plain::init_tabuleiro2(move("e6e7"));
         plain::verifica_estrategia(white);
         return plain::root.MATRIZ;

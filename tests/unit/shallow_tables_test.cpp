@@ -564,13 +564,13 @@ private:
 
     // Draws a state for a node of ply n, and gives its key by the rule of the windows.
     PlainKey draw_key(int n) {
-        constexpr std::array<float, 4> alfas{-30.0F, -0.0F, 0.0F, 12.5F};
+        constexpr std::array<float, 4> alphas{-30.0F, -0.0F, 0.0F, 12.5F};
         constexpr std::array<float, 3> betas{12.5F, 40.0F, start_of_beta};
         constexpr std::array<int, 3> depths{9, 11, 8};
         const int board = draw(boards_);
         trial.tab2 = numbered_board(board);
         for (const int k : {0, 2, 4}) {
-            bounds.alfa[k] = alfas[draw(4)];
+            bounds.alfa[k] = alphas[draw(4)];
         }
         for (const int k : {1, 3, 5}) {
             bounds.beta[k] = betas[draw(3)];
