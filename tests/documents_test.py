@@ -365,7 +365,8 @@ class Commands:
                 copy = shutil.copytree if (self.source / script).is_dir() else shutil.copy
                 copy(self.source / script, tree / script)
             game = "tests/data/recordings/game-to-mate.txt"
-            for file in ("build/check.log", "src/a.cpp", "fuzz/a.cpp", game):
+            signature = "tests/data/bench-signature.txt"
+            for file in ("build/check.log", "build/release/none", "src/a.cpp", "fuzz/a.cpp", game, signature):
                 (tree / file).parent.mkdir(parents=True, exist_ok=True)
                 (tree / file).touch()
             (tree / "programs").mkdir()
@@ -375,6 +376,7 @@ class Commands:
             for program in ("cmake", "ctest", "ninja", "c++", "clang++", "clang-format", "clang-tidy",
                             "run-clang-tidy", "cppcheck", "valgrind"):
                 (tree / "programs" / program).symlink_to(stand_in)
+            (tree / "build/release/ondrel-bench").symlink_to(stand_in)
             calls = tree / "calls"
             environment = {"PATH": f"{tree / 'programs'}:{self.environment['PATH']}", "CALLS": str(calls)}
             output = self.output_of("env", *(f"{key}={value}" for key, value in environment.items()), "bash", "-c",
