@@ -39,7 +39,7 @@ struct NullMove {
 
 // One ply. A member that a row leaves out has the value here: the rule does not stand at that ply.
 struct PlyRow {
-    int ply;
+    int ply = 0;
     LeafValue leaf = LeafValue::none;
     int leaf_deep = never;  // a leaf when deep equals this
     DepthRange gate = {};   // beyond the nominal depth quiet moves of pieces without check are leaves
@@ -101,9 +101,9 @@ static_assert([] {
 
 // The ply of a routine. All members of a family are one template; the ply travels as an argument that knows its parity
 // at compile time and its number at run time, so that each routine exists four times (two colours, two parities).
-template <bool even_>
+template <bool is_even>
 struct PlyNumber {
-    static constexpr bool even = even_;  // the root side replies and the node maximises
+    static constexpr bool even = is_even;  // the root side replies and the node maximises
     int number;
 
     constexpr operator int() const { return number; }  // NOLINT(google-explicit-constructor): a ply is its number

@@ -4,13 +4,13 @@
 
 #include "base/types.h"
 
-#ifndef ONDREL_PROBES
-#define ONDREL_PROBES 0
-#endif
-
 namespace ondrel {
 
-constexpr bool probed = ONDREL_PROBES != 0;
+#ifdef ONDREL_PROBES
+constexpr bool probed = true;
+#else
+constexpr bool probed = false;
+#endif
 
 // The rules of the selective search whose acting is counted.
 enum class Rule : std::uint8_t {

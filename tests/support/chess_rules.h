@@ -39,7 +39,7 @@ struct Position {
 
 // Castling is the king's move of two files. The promotion is 'q', 'r', 'b' or 'n' for either colour, 0 for none.
 struct Move {
-    int from_file, from_rank, to_file, to_rank;
+    int from_file = 0, from_rank = 0, to_file = 0, to_rank = 0;
     char promotion = 0;
 
     bool operator==(const Move&) const = default;

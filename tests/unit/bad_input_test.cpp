@@ -302,10 +302,9 @@ TEST_F(BadInput, GoInMateAndStalemate) {
 
 TEST_F(BadInput, EveryByteAlone) {
     for (int byte = 0; byte < 256; ++byte) {
-        const std::string x(1, static_cast<char>(byte));
-        EXPECT_EQ(converse_raw(x + "\nisready\nposition startpos\n" + x + "\nisready\n"),
-                  "readyok\nbestmove e2e4\nreadyok\n")
-            << byte;
+        std::string twice(1, static_cast<char>(byte));
+        twice.append("\nisready\nposition startpos\n").append(1, twice[0]).append("\nisready\n");
+        EXPECT_EQ(converse_raw(twice), "readyok\nbestmove e2e4\nreadyok\n") << byte;
     }
 }
 
@@ -381,7 +380,8 @@ TEST_F(BadInput, DamagedConversations) {
             }
         }
         fresh_process();
-        const std::string output = converse_raw(without_replies + "\n" + text + "\nquit\n");
+        const std::string output =
+            converse_raw(std::string(without_replies).append("\n").append(text).append("\nquit\n"));
         EXPECT_TRUE(output.empty() || output.back() == '\n');
     }
 }

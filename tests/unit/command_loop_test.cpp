@@ -276,7 +276,7 @@ TEST_F(CommandLoop, ReplyNamesEverySquare) {
             convert_0000_to_a1a2();
             const std::string from{static_cast<char>('a' + f), static_cast<char>('1' + r)};
             const std::string to{static_cast<char>('h' - f), static_cast<char>('8' - r)};
-            EXPECT_EQ(command.out, "bestmove " + from + to);
+            EXPECT_EQ(command.out, std::string("bestmove ").append(from).append(to));
         }
     }
 }
@@ -434,8 +434,8 @@ TEST_F(CommandLoop, FirstSearchHasOnePassAtTheDepthOfTheOption) {
             converse({without_book, std::string("setoption name Deep value ") + value, "position startpos"});
         int reports = 0;
         for (const std::string& line : lines) {
-            reports += line.find(" currmove ") != line.npos ? 1 : 0;
-            EXPECT_TRUE(line.find(" currmove ") == line.npos || line.find(depth) != line.npos) << line;
+            reports += line.find(" currmove ") != std::string::npos ? 1 : 0;
+            EXPECT_TRUE(line.find(" currmove ") == std::string::npos || line.find(depth) != std::string::npos) << line;
         }
         EXPECT_EQ(reports, 20) << value;
     }
@@ -473,7 +473,7 @@ struct Item {
 
 void PrintTo(const Item& item, std::ostream* os) { *os << item.name; }
 
-// An item that is one variable.
+// An item that is one variable. NOLINTNEXTLINE(cppcoreguidelines-macro-usage): of any type, written and read
 #define ITEM(name, variable, spoilt, clean)                                     \
     Item {                                                                      \
         name, [] { (variable) = spoilt; }, [] { EXPECT_EQ((variable), clean); } \

@@ -58,7 +58,7 @@ private:
     Colour c_;
 };
 
-const Mover both_movers[] = {Mover(white), Mover(black)};
+const std::array both_movers{Mover(white), Mover(black)};
 
 // --- The ply form: en passant and double steps ---
 

@@ -19,6 +19,7 @@ using namespace ondrel;
 // Every setting by name.
 using Settings = std::map<std::string, double>;
 
+// NOLINTNEXTLINE(cppcoreguidelines-macro-usage): the name as text
 #define SETTING(name) Settings::value_type(#name, options.name)
 
 Settings settings() {

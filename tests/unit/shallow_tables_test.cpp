@@ -364,8 +364,8 @@ TEST_F(ShallowTables, TheSearchNotesThatARingHasWrapped) {
 constexpr auto pawn_ending = "8/5pk1/6p1/3P4/8/6P1/2p2PK1/8 w - - 0 1";
 constexpr auto knight_ending = "8/5pk1/6p1/4n3/8/5NP1/5PK1/8 w - - 0 1";
 
-void search_with(std::string_view value_of_Deep, std::string_view fen = pawn_ending) {
-    converse({"setoption name Deep value " + std::string(value_of_Deep), "setoption name Time control value false",
+void search_with(std::string_view depth, std::string_view fen = pawn_ending) {
+    converse({"setoption name Deep value " + std::string(depth), "setoption name Time control value false",
               "position fen " + std::string(fen), "go wtime 99999999 btime 99999999"});
 }
 
