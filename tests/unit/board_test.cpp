@@ -240,7 +240,7 @@ struct MaterialChange {
     int gain, loss;  // of the mover, of the other side
 };
 
-const MaterialChange material_changes[] = {
+const std::vector<MaterialChange> material_changes{
     {"a quiet move", "4k3/8/8/8/8/8/4P3/R3K3 w - - 0 1", "a1a5", 0, 0},
     {"a capture", "4k3/8/8/n7/8/8/4P3/R3K3 w - - 0 1", "a1a5", 0, 32},
     {"a promotion", "4k3/1P6/8/8/8/8/8/4K3 w - - 0 1", "b7b8", 80, 0},

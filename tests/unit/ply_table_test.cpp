@@ -57,7 +57,7 @@ constexpr auto rows = R"(
 )";
 
 struct TextRow {
-    int n;
+    int n = 0;
     std::string leaf, gate, evaluator, moves, answered, null_move, iid, lmr, amr, vertical, extension, clock, slot;
 };
 

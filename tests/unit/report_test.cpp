@@ -421,7 +421,7 @@ TEST_F(Report, EveryRootMoveIsReportedOnce) {
 TEST_F(Report, UnreachedMovesOfTheLineAreBlank) {
     const Lines lines = converse({"setoption name Deep value 0", "position startpos moves e2e4 a7a6", "go"});
     for (const std::string& line : lines) {
-        if (const auto pv = line.find(" pv "); line.find(" currmove ") != line.npos) {
+        if (const auto pv = line.find(" pv "); line.find(" currmove ") != std::string::npos) {
             EXPECT_EQ(line.size() - pv, 3 + 8 * 5U) << line;
             EXPECT_EQ(line.substr(pv + 4, 4), line.substr(line.find(" currmove ") + 10, 4));
         }

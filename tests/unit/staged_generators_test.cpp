@@ -444,7 +444,7 @@ TEST_F(Stages, TheTestFormRefutesWithoutStoring) {
 
 // --- Promotions of the odd plies ---
 
-constexpr int plies_of_promotions[] = {7, 9, 11, 13, 15, 17, 19, 21, 23};
+constexpr std::array plies_of_promotions{7, 9, 11, 13, 15, 17, 19, 21, 23};
 
 TEST_F(Promotions, CapturesTowardsTheHigherAndTheLowerFileAndThenThePush) {
     for (const Case& each : for_both_colours("2n1r2k/3P4/8/8/8/8/8/K7 w - - 0 1", {"d7e8", "d7c8", "d7d8"})) {
