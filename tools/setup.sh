@@ -25,6 +25,7 @@ has() {
         dpkg-dev) any_of dpkg-shlibdeps ;;
         clang-tidy) any_of clang-tidy && any_of run-clang-tidy ;;
         libgtest-dev) has_header gtest/gtest.h ;;
+        libuv1-dev) has_header uv.h ;;
         libbenchmark-dev) has_header benchmark/benchmark.h ;;
         libclang-rt-14-dev)
             echo 'int main() {}' | clang++ -fsanitize=address -x c++ -o /dev/null - 2>/dev/null ;;
@@ -84,6 +85,13 @@ jobs=${ONDREL_JOBS:-$(nproc 2>/dev/null || echo 2)}
 configured() {
     [[ build/$1/build.ninja -nt CMakePresets.json ]] &&
         grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$(pwd -P)" "build/$1/CMakeCache.txt"
+}
+
+# "1" if release was configured without libuv, and libuv is there now: without it there is no ondrel-uci.
+lacks_libuv() {
+    if has libuv1-dev && ! grep -q '^ONDREL_LIBUV:FILEPATH=/' "$root/build/release/CMakeCache.txt" 2>/dev/null; then
+        echo 1
+    fi
 }
 
 configure() {
