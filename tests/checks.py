@@ -11,6 +11,7 @@ def run(description, checks):
     parser.add_argument("--source", required=True, type=lambda path: Path(path).resolve())
     parser.add_argument("--build", type=lambda path: Path(path).resolve())
     parser.add_argument("--engine")
+    parser.add_argument("--uci", help="ondrel-uci, where it was built")
     args = parser.parse_args()
     faults = checks[args.check](args)
     for fault in faults:
