@@ -139,6 +139,8 @@ FIRST_MOVE_DEPTH = 3
 
 def engine_options(args):
     """What the client is to set, by name."""
+    if args.standard:
+        return {"Own book": str(args.own_book).lower()} | dict(option.split("=") for option in args.option)
     # Without its book the engine searches its first move on a budget of its own, whatever the clock says: the depth
     # keeps that short.
     options = {"Own book": str(args.own_book).lower(), "Deep": str(FIRST_MOVE_DEPTH)}
@@ -162,7 +164,7 @@ def sides(model):
     """What PyChess's sentences on the end of a game have gaps for."""
     white, black = model.players
     winner, loser = (black, white) if model.status == BLACKWON else (white, black)
-    return {"white": white, "black": black, "winner": winner, "loser": loser}
+    return {"white": white, "black": black, "winner": winner, "loser": loser, "mover": model.curplayer}
 
 
 async def play(args, number, color, position, log):
@@ -172,7 +174,7 @@ async def play(args, number, color, position, log):
     adapter_log.unlink(missing_ok=True)  # Polyglot appends to it
     entry = engine_entry(args, adapter_log)
     engine = await engineNest.discoverer.initPlayerEngine(entry, color, 20, NormalBoard, args.clock, args.gain)
-    first_moves = BOOK_FIRST_MOVES if args.own_book and color == BLACK and not position else ()
+    first_moves = BOOK_FIRST_MOVES if args.own_book and not args.standard and color == BLACK and not position else ()
     game = moves_of(args.expected) if args.expected else []
     opponent = RandomMover(1 - color, args.seed + number, first_moves, game)
     ended = asyncio.get_running_loop().create_future()
@@ -254,6 +256,7 @@ def main():
     parser.add_argument("--title", required=True, help="what the logs are called")
     parser.add_argument("--color", choices=("white", "black"), required=True)
     parser.add_argument("--own-book", action="store_true")
+    parser.add_argument("--standard", action="store_true", help="the engine is ondrel-uci, which needs no precautions")
     parser.add_argument("--adapter", choices=("polyglot",))
     parser.add_argument("--positions", help="file of positions to start from, one FEN a line")
     parser.add_argument("--games", type=int, default=1, help="games from each position")

@@ -23,6 +23,8 @@ FAULTS = re.compile(r"illegal|false|forfeit|resign|time|exited|disconnect", re.I
 
 def adapter_options(args):
     """What the adapter is to set by itself."""
+    if args.standard:
+        return {"Own book": str(args.own_book).lower()}
     # Without its book the engine searches its first move on a budget of its own: the depth keeps that short.
     return {"Own book": str(args.own_book).lower(), "Deep": "3"}
 
@@ -164,6 +166,7 @@ def main():
     parser.add_argument("--title", required=True, help="what the logs are called")
     parser.add_argument("--opponent", choices=("fairymax", "ondrel"), default="fairymax")
     parser.add_argument("--own-book", action="store_true")
+    parser.add_argument("--standard", action="store_true", help="the engine is ondrel-uci, which needs no precautions")
     parser.add_argument("--option", action="append", default=[], help="an option to set by XBoard, as name=value")
     parser.add_argument("--opponent-option", action="append", default=[], help="the same for the opponent")
     parser.add_argument("--games", type=int, default=2, help="the engine is White in the first, Black in the second")
