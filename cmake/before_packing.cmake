@@ -6,7 +6,7 @@ file(CHMOD_RECURSE "${CPACK_TEMPORARY_DIRECTORY}" DIRECTORY_PERMISSIONS
 
 # Debian keeps manual pages compressed, without name and time.
 if(CPACK_GENERATOR STREQUAL "DEB")
-    file(GLOB_RECURSE pages "${CPACK_TEMPORARY_DIRECTORY}/*/ondrel.6")
+    file(GLOB_RECURSE pages "${CPACK_TEMPORARY_DIRECTORY}/*.6")
     if(NOT pages)
         message(FATAL_ERROR "There is no manual page under ${CPACK_TEMPORARY_DIRECTORY}")
     endif()

@@ -3,6 +3,10 @@ include(GNUInstallDirs)
 
 install(TARGETS ondrel RUNTIME DESTINATION games)
 install(FILES "${PROJECT_SOURCE_DIR}/docs/ondrel.6" DESTINATION "${CMAKE_INSTALL_MANDIR}/man6")
+if(TARGET ondrel-uci)
+    install(TARGETS ondrel-uci RUNTIME DESTINATION games)
+    install(FILES "${PROJECT_SOURCE_DIR}/docs/ondrel-uci.6" DESTINATION "${CMAKE_INSTALL_MANDIR}/man6")
+endif()
 install(FILES "${PROJECT_SOURCE_DIR}/README.md" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 # In a directory of their own, so that the links of README.md hold.
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION "${CMAKE_INSTALL_DOCDIR}" FILES_MATCHING PATTERN "*.md")
@@ -24,9 +28,11 @@ set(CPACK_PACKAGE_DESCRIPTION
 and output and has no board to look at: play it through a chess interface
 that takes UCI engines, or through an adapter.
 
-It is one process with one thread, and reads no files, no arguments and no
-environment. It has an opening book built in, and many options that bend its
-search, its judgement and its temperament.")
+The program for a chess interface is ondrel-uci, which speaks the protocol
+complete, with analysis, pondering and every kind of limit. The program ondrel
+is the engine with a conversation of its own: one process with one thread.
+Both read no files and no environment. There is an opening book built in, and
+many options that bend the search, its judgement and its temperament.")
 
 set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/cmake/before_packing.cmake")
 

@@ -89,8 +89,8 @@ def check_names(args):
 
     # The architecture also speaks of floors, targets, tests and commands.
     others = quoted | {path.stem for path in (source / "src").rglob("*")}
-    for rules in ("CMakeLists.txt", "tests/CMakeLists.txt"):
-        others |= set(re.findall(r"[\w-]+", (source / rules).read_text()))
+    for rules in (source / "CMakeLists.txt", source / "tests/CMakeLists.txt", *source.glob("cmake/*.cmake")):
+        others |= set(re.findall(r"[\w-]+", rules.read_text()))
     text = (source / "docs/ARCHITECTURE.md").read_text()
     words = [word for block in fenced_blocks(text) for word in block.split() if "_" in word]
     for code in inline_code(text) + words:
@@ -179,14 +179,14 @@ def announced_options(engine):
     return options
 
 
-def options_of_the_table(source):
+def options_of_the_table(source, heading="Options"):
     text = (source / "docs/INTERFACE.md").read_text()
-    section = re.search(r"^## Options\n(.*?)^## ", text, flags=re.MULTILINE | re.DOTALL)
+    section = re.search(rf"^## {heading}\n(.*?)^#", text, flags=re.MULTILINE | re.DOTALL)
     return [(row[0].strip("`"), row[1], row[2]) for row in table_rows(section[1])]
 
 
-def options_of_the_manual(source):
-    text = (source / "docs/ondrel.6").read_text()
+def options_of_the_manual(source, page="ondrel.6"):
+    text = (source / "docs" / page).read_text()
     items = re.findall(r'^\.It Cm "?([^"\n]*?)"? Pq ([^;\n]*)(?:; default (.*))?$', text, flags=re.MULTILINE)
     return [tuple(item) for item in items]
 
@@ -200,6 +200,21 @@ def check_options(args):
         faults += [f"{document} has {option}, the engine has not" for option in listed if option not in announced]
         if not faults and listed != announced:
             faults.append(f"{document}: the options stand in another order than the engine's")
+    return faults + (faults_of_uci_options(args) if args.uci else [])
+
+
+def faults_of_uci_options(args):
+    """ondrel-uci has options of its own, and behind them those of ondrel that go does not say."""
+    own = options_of_the_table(args.source, "Options of ondrel-uci")
+    named = [name for name, _, _ in own]
+    shared = [("Own book", kind, "false") if name == "Own book" else (name, kind, default)
+              for name, kind, default in options_of_the_table(args.source)
+              if name not in ("Deep", "Time control", *named)]
+    faults = []
+    if announced_options(args.uci) != own + shared:
+        faults.append("INTERFACE.md: the options of ondrel-uci are others")
+    if options_of_the_manual(args.source, "ondrel-uci.6") != own:
+        faults.append("ondrel-uci.6: the options are others than in INTERFACE.md")
     return faults
 
 
@@ -213,9 +228,9 @@ def conversations(source):
     for document in documents(source):
         for block in fenced_blocks(document.read_text()):
             yield document.name, block
-    for block in re.findall(r"^\.Bd -literal.*\n((?:.*\n)*?)\.Ed$", (source / "docs/ondrel.6").read_text(),
-                            flags=re.MULTILINE):
-        yield "ondrel.6", block
+    for page in source.glob("docs/*.6"):
+        for block in re.findall(r"^\.Bd -literal.*\n((?:.*\n)*?)\.Ed$", page.read_text(), flags=re.MULTILINE):
+            yield page.name, block
 
 
 def without_clock(lines):
@@ -239,15 +254,16 @@ def matches(shown, written):
 def check_conversations(args):
     faults, played = [], []
     for name, block in conversations(args.source):
-        if not is_conversation(block):
+        program = args.uci if name == "ondrel-uci.6" else args.engine
+        if not is_conversation(block) or not program:
             continue
         played.append(name)
         lines = block.splitlines()
         shown = without_clock(line for line in lines if not line.startswith("> "))
-        written = without_clock(converse([args.engine], [line[2:] for line in lines if line.startswith("> ")]))
+        written = without_clock(converse([program], [line[2:] for line in lines if line.startswith("> ")]))
         if not matches(shown, written):
             faults.append("\n".join([f"{name}: the engine does not say what is shown, but", *written]))
-    for name in ("README.md", "ondrel.6"):
+    for name in ("README.md", "ondrel.6", *(["ondrel-uci.6"] if args.uci else [])):
         if name not in played:
             faults.append(f"{name} shows no conversation")
     return faults
@@ -269,15 +285,16 @@ done
 
 
 class Commands:
-    def __init__(self, source, engine, scratch):
-        self.source, self.engine, self.scratch = source, engine, scratch
+    def __init__(self, source, engine, uci, scratch):
+        self.source, self.engine, self.uci, self.scratch = source, engine, uci, scratch
         self.environment = os.environ | {"ONDREL_NO_INSTALL": "1", WITHIN: "1"}
         # How each command of the documents is tried.
         self.known = {
             "./run": self.speaks_uci,
             "./run </dev/null": self.ends_in_silence,
             "<this directory>/build/release/ondrel": self.speaks_uci,
-            "EngineCommand = <this directory>/build/release/ondrel": self.names_the_engine,
+            "<this directory>/build/release/ondrel-uci": self.speaks_uci,
+            "EngineCommand = <this directory>/build/release/ondrel-uci": self.names_the_engine,
             "./test": self.rehearse,
             "./test -R <pattern>": self.test_one,
             "./test --full": self.rehearse,
@@ -297,6 +314,9 @@ class Commands:
             "Bench: <nodes> <checksum>": self.bench_signature,
             "tools/clock_table.py build/release/ondrel": self.clock_table,
             "tools/clock_table.py build/release/ondrel --quick": self.clock_table,
+            "tests/standard_uci/soak.py --engine build/release/ondrel-uci --seconds 3600": self.shown_in_usage,
+            "tools/play_match.py --first build/release/ondrel-uci --second build/release/ondrel --clock 10+0.1":
+                self.shown_in_usage,
             "build/fuzz/<target> fuzz/corpus/<target>": self.fuzz_targets,
             "build/fuzz/<target> build/fuzz/corpus/<target> fuzz/corpus/<target>": self.fuzz_targets,
             "build/clang-release/ondrel-microbench --benchmark_filter=<pattern>": self.benchmarks,
@@ -348,6 +368,9 @@ class Commands:
     # --- The scripts, the engine ---
 
     def speaks_uci(self, command):
+        if command.endswith("ondrel-uci") and not self.uci:
+            print("not tried, since it was not built:", command)
+            return
         program = command.replace("<this directory>", str(self.source))
         said = converse([program], ["uci", "quit"], cwd=self.source, env=self.environment)
         self.expect(said and said[-1] == "uciok", "no uciok, but", said)
@@ -357,7 +380,8 @@ class Commands:
 
     def names_the_engine(self, command):
         place = command.rpartition("<this directory>/")[2]
-        self.expect(os.path.samefile(self.source / place, self.engine), place, "is not the engine")
+        if self.uci:
+            self.expect(os.path.samefile(self.source / place, self.uci), place, "is not ondrel-uci")
 
     def test_one(self, command):
         output = self.output_of(*command.replace("<pattern>", "^docs\\.options$").split())
@@ -427,7 +451,8 @@ class Commands:
     def install(self, command):
         prefix = self.scratch / "prefix"
         self.output_of(*command.replace("/usr/local", str(prefix)).split())
-        for place in ("games/ondrel", "share/man/man6/ondrel.6", "share/doc/ondrel/README.md"):
+        more = ("games/ondrel-uci", "share/man/man6/ondrel-uci.6") if self.uci else ()
+        for place in ("games/ondrel", "share/man/man6/ondrel.6", "share/doc/ondrel/README.md", *more):
             self.expect((prefix / place).is_file(), "not installed:", place)
 
     def pack(self, command):
@@ -456,6 +481,15 @@ class Commands:
         # The whole table takes a while; clock.table is the quick one.
         said = self.output_of(program, engine, "--searches", "2", "--longest", "9")
         self.expect(said.endswith("2 searches, 2 positions: 2 held, 0 did not\n"), said)
+
+    def shown_in_usage(self, command):
+        program, *words = command.split()
+        done = subprocess.run(["/usr/bin/python3", program, "--help"], cwd=self.source, stdout=subprocess.PIPE, text=True)
+        if done.returncode != 0 or done.stdout.startswith("skipped"):
+            print("not called, since there is no PyChess:", command)
+            return
+        for option in words:
+            self.expect(not option.startswith("--") or option in done.stdout, program, "has no", option)
 
     def fuzz_targets(self, command):
         text = (self.source / "CONTRIBUTING.md").read_text()
@@ -521,7 +555,7 @@ def check_commands(args):
     if log.exists():
         log.rename(kept)
     try:
-        return Commands(args.source, args.engine, scratch).faults()
+        return Commands(args.source, args.engine, args.uci, scratch).faults()
     finally:
         if kept.exists():
             shutil.rmtree(log, ignore_errors=True)

@@ -53,10 +53,36 @@ def faults_of_engine(engine, empty):
     return faults
 
 
-def expected_files(source, manual):
-    """Each file below the prefix, and its mode."""
-    documents = ["README.md", *(f"docs/{path.name}" for path in source.glob("docs/*.md"))]
-    return {"games/ondrel": 0o755, manual: 0o644} | {f"share/doc/ondrel/{name}": 0o644 for name in documents}
+def faults_of_uci(engine, empty):
+    """The same of ondrel-uci, which answers every go."""
+    empty.mkdir()
+    lines = ["uci", "isready", "position startpos moves e2e4 e7e5", "go depth 1", "quit"]
+    spoken = subprocess.run([engine], input="".join(line + "\n" for line in lines), stdout=subprocess.PIPE, text=True,
+                            cwd=empty, env={}, timeout=60)
+    said = [line for line in spoken.stdout.splitlines() if not line.startswith(("info ", "option ", "id "))]
+    faults = [] if spoken.returncode == 0 else [f"ondrel-uci ended with {spoken.returncode}"]
+    if said[:2] != ["uciok", "readyok"] or len(said) != 3 or not re.match("bestmove [a-h][12][a-h][2-6]", said[2]):
+        faults.append(f"ondrel-uci said {said}")
+    if any(empty.iterdir()):
+        faults.append("ondrel-uci left files behind")
+    return faults
+
+
+def faults_of_programs(place, args):
+    faults = faults_of_engine(place / "ondrel", args.scratch / "empty")
+    return faults + (faults_of_uci(place / "ondrel-uci", args.scratch / "empty-uci") if args.uci else [])
+
+
+def programs(args):
+    return ["ondrel", "ondrel-uci"] if args.uci else ["ondrel"]
+
+
+def expected_files(args, ending=""):
+    """Each file below the prefix, and its mode; `ending` is that of a manual page that is packed."""
+    documents = ["README.md", *(f"docs/{path.name}" for path in args.source.glob("docs/*.md"))]
+    files = {f"games/{name}": 0o755 for name in programs(args)}
+    files |= {f"share/man/man6/{name}.6{ending}": 0o644 for name in programs(args)}
+    return files | {f"share/doc/ondrel/{name}": 0o644 for name in documents}
 
 
 def faults_of_files(prefix, expected, source):
@@ -76,13 +102,17 @@ def faults_of_files(prefix, expected, source):
 def check_prefix(args):
     prefix = args.scratch / "prefix"
     output_of("cmake", "--install", args.build, "--prefix", prefix)
-    manual = "share/man/man6/ondrel.6"
-    faults = faults_of_files(prefix, expected_files(args.source, manual), args.source)
-    return faults or faults_of_engine(prefix / "games/ondrel", args.scratch / "empty")
+    faults = faults_of_files(prefix, expected_files(args), args.source)
+    return faults or faults_of_programs(prefix / "games", args)
 
 
 def check_manual(args):
-    page = args.source / "docs/ondrel.6"
+    faults = faults_of_page(args.source / "docs/ondrel.6", "ondrel - UCI chess engine")
+    return faults + faults_of_page(args.source / "docs/ondrel-uci.6",
+                                   "ondrel-uci - UCI chess engine for every chess interface")
+
+
+def faults_of_page(page, known_as):
     os.environ |= {"LC_ALL": "C.UTF-8", "MANWIDTH": "80"}
     formatters = {"mandoc": ["mandoc", "-Tlint", "-Wwarning"],
                   "man": ["man", "--warnings", "-E", "UTF-8", "-Tutf8", "-Z", "-l"],
@@ -102,7 +132,7 @@ def check_manual(args):
     # The line that makes the page known to apropos.
     if shutil.which("lexgrog"):
         known = output_of("lexgrog", page)
-        if not known.endswith(': "ondrel - UCI chess engine"\n'):
+        if not known.endswith(f': "{known_as}"\n'):
             faults.append(f"lexgrog reads: {known}")
     return faults
 
@@ -138,21 +168,20 @@ def check_package(args):
 
     root = args.scratch / "root"
     output_of("dpkg-deb", "-x", package, root)
-    manual = "share/man/man6/ondrel.6.gz"
-    faults += faults_of_files(root / "usr", expected_files(args.source, manual), args.source)
+    faults += faults_of_files(root / "usr", expected_files(args, ".gz"), args.source)
     if outside := [path.name for path in root.iterdir() if path.name != "usr"]:
         faults.append(f"outside usr: {outside}")
     if faults:
         return faults
-    compressed = (root / "usr" / manual).read_bytes()
-    if gzip.decompress(compressed) != (args.source / "docs/ondrel.6").read_bytes():
-        faults.append("the manual page is not that of the source tree")
-    if compressed[3:9] != bytes([0, 0, 0, 0, 0, 2]):
-        faults.append("the manual page was not compressed by gzip -9n")
-    engine = root / "usr/games/ondrel"
-    if b".symtab" in engine.read_bytes():
-        faults.append("the engine was not stripped")
-    return faults + faults_of_engine(engine, args.scratch / "empty")
+    for name in programs(args):
+        compressed = (root / f"usr/share/man/man6/{name}.6.gz").read_bytes()
+        if gzip.decompress(compressed) != (args.source / f"docs/{name}.6").read_bytes():
+            faults.append(f"the manual page of {name} is not that of the source tree")
+        if compressed[3:9] != bytes([0, 0, 0, 0, 0, 2]):
+            faults.append(f"the manual page of {name} was not compressed by gzip -9n")
+        if b".symtab" in (root / "usr/games" / name).read_bytes():
+            faults.append(f"{name} was not stripped")
+    return faults + faults_of_programs(root / "usr/games", args)
 
 
 CHECKS = {"prefix": check_prefix, "manual": check_manual, "package": check_package}
