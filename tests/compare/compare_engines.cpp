@@ -7,6 +7,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include "compare/conversations.h"
 #include "compare/difference.h"
@@ -112,7 +113,7 @@ void print_difference(const Difference& difference) {
 
 class Comparison {
 public:
-    explicit Comparison(const Arguments& arguments) : arguments_(arguments) {}
+    explicit Comparison(Arguments arguments) : arguments_(std::move(arguments)) {}
 
     // The exit status.
     int run() {
@@ -175,7 +176,7 @@ private:
         }
     }
 
-    void tell_difference(const Conversation& conversation, const std::string& name, const Verdict& verdict) {
+    void tell_difference(const Conversation& conversation, const std::string& name, const Verdict& verdict) const {
         std::filesystem::create_directories(arguments_.out);
         const auto path = arguments_.out / (name + ".txt");
         write_conversation(path, conversation, name);

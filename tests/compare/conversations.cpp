@@ -148,7 +148,7 @@ private:
 
     // The plain engine's time for a search, in seconds, by the Deep option: measured, and only right within a factor
     // of four.
-    double cost(const plain::Situation& situation, int deep) {
+    [[nodiscard]] double cost(const plain::Situation& situation, int deep) const {
         static constexpr std::array<double, 7> with_thirty_moves = {0.05, 0.05, 0.15, 0.6, 2.5, 6.0, 15.0};
         const double plies = 2.0 * deep;
         return with_thirty_moves[deep] * std::pow(branching(situation) / 30.0, 2.2) *
@@ -208,7 +208,7 @@ private:
             return go_line(random_.between(7, 9));
         }
         const int count_of_digits = random_.pick_weighted({0, 1, 1, 1, 2, 12, 70, 10, 3});
-        const std::string line = go_line(std::max(count_of_digits, 1));
+        std::string line = go_line(std::max(count_of_digits, 1));
         if (conversation_.clock_step == 0) {
             const double tempo = count_of_digits == 5 ? 40000 : count_of_digits == 7 ? 2e6 : 2e5;
             const double hard_limit = tempo / (men_without_kings(situation) / 3.0 + 5);

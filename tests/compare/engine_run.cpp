@@ -12,6 +12,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <sstream>
 #include <stdexcept>
 #include <system_error>
@@ -21,6 +22,7 @@ namespace compare {
 namespace {
 
 using Clock = std::chrono::steady_clock;
+using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 [[noreturn]] void fail(const char* what) { throw std::system_error(errno, std::generic_category(), what); }
 
@@ -38,17 +40,17 @@ Pipe open_pipe() {
 }
 
 // The whole input as a file, so that neither side ever waits for the other.
-std::FILE* file_with(const std::vector<std::string>& lines) {
-    std::FILE* const file = std::tmpfile();
+File file_with(const std::vector<std::string>& lines) {
+    File file(std::tmpfile(), &std::fclose);
     if (file == nullptr) {
         fail("tmpfile");
     }
     for (const std::string& line : lines) {
-        std::fwrite(line.data(), 1, line.size(), file);
-        std::fputc('\n', file);
+        std::fwrite(line.data(), 1, line.size(), file.get());
+        std::fputc('\n', file.get());
     }
-    std::fflush(file);
-    std::rewind(file);
+    std::fflush(file.get());
+    std::rewind(file.get());
     return file;
 }
 
@@ -110,11 +112,11 @@ std::string tell_end(int status) {
 Run run_engine(const std::string& program, const Conversation& conversation, double limit_in_seconds) {
     const auto begin = Clock::now();
     const auto elapsed = [&] { return std::chrono::duration<double>(Clock::now() - begin).count(); };
-    std::FILE* const input = file_with(conversation.lines);
+    File input = file_with(conversation.lines);
     const Pipe output = open_pipe();
     const Pipe errors = open_pipe();
-    const pid_t child = start(program, conversation, limit_in_seconds, fileno(input), output, errors);
-    std::fclose(input);
+    const pid_t child = start(program, conversation, limit_in_seconds, fileno(input.get()), output, errors);
+    input.reset();
     close(output.write_end);
     close(errors.write_end);
 

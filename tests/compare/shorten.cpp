@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <utility>
 
 namespace compare {
 
@@ -9,8 +10,8 @@ namespace {
 
 class Shortener {
 public:
-    Shortener(const Conversation& conversation, const std::function<bool(const Conversation&)>& fails, int left)
-        : best_(conversation), fails_(fails), left_(left) {}
+    Shortener(Conversation conversation, const std::function<bool(const Conversation&)>& fails, int left)
+        : best_(std::move(conversation)), fails_(fails), left_(left) {}
 
     Conversation run() {
         for (bool shorter = true; shorter && left_ > 0;) {

@@ -79,7 +79,7 @@ static int draw_offset() {
 }
 
 static std::string score_text(float score) {
-    const std::string mate = mate_text(score);
+    std::string mate = mate_text(score);
     if (!mate.empty()) {
         return mate;
     }

@@ -95,7 +95,7 @@ int count_starting(const Lines& lines, std::string_view start) {
 
 int count_holding(const Lines& lines, std::string_view text) {
     return static_cast<int>(
-        std::ranges::count_if(lines, [text](const std::string& line) { return line.find(text) != line.npos; }));
+        std::ranges::count_if(lines, [text](const std::string& line) { return line.find(text) != std::string::npos; }));
 }
 
 }  // namespace tests

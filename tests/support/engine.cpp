@@ -201,6 +201,7 @@ ChildrenOf::~ChildrenOf() {
     probes.child_left = nullptr;
 }
 
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): one watch at a time, and its object keeps it
 std::vector<Move> ChildrenOf::moves() const { return watch.moves; }
 
 // --- Routines ---

@@ -293,7 +293,7 @@ void fill_board(Chance& chance) {
     }
     // One king each there is, so that each colour has a box.
     trial.tab2.at(static_cast<std::size_t>(chance.below(32))) = man(white, rei);
-    trial.tab2.at(static_cast<std::size_t>(32 + chance.below(32))) = man(black, rei);
+    trial.tab2.at(32 + static_cast<std::size_t>(chance.below(32))) = man(black, rei);
 }
 
 }  // namespace tests

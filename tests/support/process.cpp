@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <fstream>
@@ -24,8 +25,8 @@ struct Pipe {
 };
 
 Pipe open_pipe() {
-    int fd[2];
-    if (pipe2(fd, O_CLOEXEC) != 0) {
+    std::array<int, 2> fd{};
+    if (pipe2(fd.data(), O_CLOEXEC) != 0) {
         throw std::system_error(errno, std::generic_category(), "pipe2");
     }
     return {fd[0], fd[1]};
@@ -57,10 +58,10 @@ int time_until(SteadyClock::time_point deadline) {
 
 // Takes what is there to read; false at the end of the stream.
 bool append_available(int fd, std::string& text) {
-    char chunk[65536];
-    const ssize_t n = read(fd, chunk, sizeof chunk);
+    std::array<char, 65536> chunk{};
+    const ssize_t n = read(fd, chunk.data(), chunk.size());
     if (n > 0) {
-        text.append(chunk, static_cast<std::size_t>(n));
+        text.append(chunk.data(), static_cast<std::size_t>(n));
     }
     return n > 0 || (n < 0 && errno == EAGAIN);
 }
@@ -80,8 +81,9 @@ bool exchange(std::string_view input, Pipe& to, Pipe& from, Pipe& error, millise
         close_once(to.write_end);
     }
     while (from.read_end >= 0 || error.read_end >= 0) {
-        pollfd fds[] = {{from.read_end, POLLIN, 0}, {error.read_end, POLLIN, 0}, {to.write_end, POLLOUT, 0}};
-        if (poll(fds, 3, time_until(deadline)) == 0) {
+        std::array fds{pollfd{from.read_end, POLLIN, 0}, pollfd{error.read_end, POLLIN, 0},
+                       pollfd{to.write_end, POLLOUT, 0}};
+        if (poll(fds.data(), fds.size(), time_until(deadline)) == 0) {
             return false;
         }
         if (fds[0].revents != 0 && !append_available(from.read_end, outcome.output)) {
@@ -164,7 +166,7 @@ EngineProcess::~EngineProcess() {
     }
 }
 
-void EngineProcess::write(std::string_view line) {
+void EngineProcess::write(std::string_view line) const {
     const std::string text = std::string(line) + '\n';
     for (std::size_t done = 0; done < text.size();) {
         const ssize_t n = ::write(input_, text.data() + done, text.size() - done);

@@ -31,7 +31,7 @@ public:
     EngineProcess(const EngineProcess&) = delete;
     EngineProcess& operator=(const EngineProcess&) = delete;
 
-    void write(std::string_view line);  // with a line end
+    void write(std::string_view line) const;  // with a line end
     void close_input();
     // The next output line without its end; false when none comes within the limit or the output has ended.
     bool read(std::string& line, std::chrono::milliseconds limit = std::chrono::seconds(30));

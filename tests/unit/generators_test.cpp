@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cstdlib>
 #include <optional>
@@ -14,6 +15,7 @@
 #include <string>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -31,7 +33,7 @@ class CutOffs : public Captures {};
 // A capture as the slot of a ply holds it.
 Move victim_first(Move m) { return {m.to_file, m.to_rank, m.from_file, m.from_rank}; }
 
-constexpr int plies[] = {2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23};
+constexpr std::array plies{2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22, 23};
 
 // What the generator of captures tries of a victim, and that of quiet moves of one man, in order.
 Texts capture_order(int n, std::string_view fen, std::string_view victim) {
@@ -228,7 +230,7 @@ struct Order {
 };
 
 // The kings are out of the way, and the steps are those of the board, not of the colour.
-const Order orders[] = {
+const std::vector<Order> orders{
     {"7k/8/8/8/3N4/8/8/7K w - - 0 1", "d4", {"d4f5", "d4f3", "d4b3", "d4b5", "d4c6", "d4e6", "d4e2", "d4c2"}},
     {"7k/8/8/8/2B5/8/8/7K w - - 0 1",
      "c4",
@@ -600,7 +602,7 @@ TEST_F(QuietMoves, AtPlyOneARefutedRootMoveHasNoMoreReplies) {
 // --- The bound ---
 
 TEST_F(CutOffs, TheBestChildMakesTheBoundOfThePly) {
-    const float values[] = {3.0F, -2.0F, 7.0F, 7.0F, -5.0F};
+    const std::array values{3.0F, -2.0F, 7.0F, 7.0F, -5.0F};
     for (const int n : plies) {
         for (const bool capturing : {false, true}) {
             set_up_ply(n, capturing ? "3R4/8/8/R2q3R/4P3/8/3R4/6K1 w - - 0 1" : "7k/8/8/8/3N4/8/8/7K w - - 0 1");

@@ -142,8 +142,10 @@ using Make = Position (*)(Random&);
 
 std::vector<Position> made(Make make) {
     Random random;
+    constexpr int many = 1200;
     std::vector<Position> positions;
-    for (int k = 0; k < 1200; ++k) {
+    positions.reserve(many);
+    for (int k = 0; k < many; ++k) {
         positions.push_back(make(random));
     }
     return positions;
