@@ -122,6 +122,15 @@ Outcome sign(const std::string& text, Signature& signature) {
     return outcome;
 }
 
+// The lines of each conversation, with an empty line behind each, for who would play them to an engine.
+void show_all(bool quick_only) {
+    for (const BenchCase& x : bench_cases) {
+        if (!quick_only || x.quick) {
+            std::printf("%s\n", conversation_of(x).c_str());
+        }
+    }
+}
+
 void run_all(bool quick_only) {
     Signature signature;
     std::uint64_t total = 0;
@@ -152,10 +161,18 @@ void run_all(bool quick_only) {
 }  // namespace
 
 int main(int count, char** arguments) {
-    if (count > 2 || (count == 2 && std::strcmp(arguments[1], "quick") != 0)) {
-        std::fprintf(stderr, "usage: ondrel-bench [quick]\n");
-        return 2;
+    bool quick_only = false;
+    bool show = false;
+    for (int k = 1; k < count; ++k) {
+        if (std::strcmp(arguments[k], "quick") == 0) {
+            quick_only = true;
+        } else if (std::strcmp(arguments[k], "show") == 0) {
+            show = true;
+        } else {
+            std::fprintf(stderr, "usage: ondrel-bench [quick] [show]\n");
+            return 2;
+        }
     }
-    run_all(count == 2);
+    show ? show_all(quick_only) : run_all(quick_only);
     return 0;
 }
