@@ -77,6 +77,15 @@ constexpr PieceSets piece_sets(const Board& t) {
     return sets;
 }
 
+constexpr Board board_of(const PieceSets& m) {
+    Board t{};
+    for (const Piece x : piece_order) {
+        for_each_square(m.of(white, x), [&](int i) { t[i] = man(white, x); });
+        for_each_square(m.of(black, x), [&](int i) { t[i] = man(black, x); });
+    }
+    return t;
+}
+
 // --- Rays ---
 
 // Directions in the order of the queen's rays; of these the rook has the first four and the bishop the last four.

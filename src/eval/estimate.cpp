@@ -1,83 +1,12 @@
 #include "eval/estimate.h"
 
 #include "base/options.h"
+#include "eval/attack_sums.h"
+#include "eval/pawn_terms.h"
 #include "eval/weights.h"
-
-#include <cmath>
 
 namespace ondrel {
 namespace {
-
-// --- Sums over attacked squares, in fixed point ---
-
-constexpr int opposite(int d) {
-    for (int k = 0; k < directions; ++k) {
-        if (queen_steps[k].file == -queen_steps[d].file && queen_steps[k].rank == -queen_steps[d].rank) {
-            return k;
-        }
-    }
-    return d;
-}
-
-// A weight of each square, summed beforehand for what a man attacks. The sum over a line, from the first man above to
-// the first below, is the difference of two sums from the end of the line; the man's own square is in it.
-struct AttackSums {
-    bool ready = false;
-    std::array<int, squares> weight{};
-    // By direction and last square as seen: one of the two sums, signed.
-    std::array<std::array<int, squares>, directions> up_to{};
-    std::array<int, squares> knight{}, king{};
-    std::array<std::array<int, squares>, 2> pawn{};
-};
-
-// Filled at the first use of each; they depend on nothing.
-struct AttackSumTables {
-    std::array<AttackSums, squares> near_king;  // 1/d to a king on the square
-    AttackSums in_centre;                       // centroo
-};
-AttackSumTables attack_sums;
-
-constexpr double king_units = 1 << 20;
-constexpr double centre_units = 1 << 15;
-
-template <class Weight>
-void fill(AttackSums& s, Weight weight) {
-    const auto sum_of = [&s](SquareSet set) {
-        int sum = 0;
-        for_each_square(set, [&](int j) { sum += s.weight[j]; });
-        return sum;
-    };
-    for (int i = 0; i < squares; ++i) {
-        s.weight[i] = static_cast<int>(std::lround(weight(i)));
-    }
-    for (int i = 0; i < squares; ++i) {
-        for (int d = 0; d < directions; ++d) {
-            const SquareSet below = rises(d) ? ray[opposite(d)][i] : ray[d][i];
-            s.up_to[d][as_seen(d, i)] = rises(d) ? sum_of(below) + s.weight[i] : -sum_of(below);
-        }
-        s.knight[i] = sum_of(knight_leaps[i].to);
-        s.king[i] = sum_of(king_leaps[i].to);
-        for (const Colour c : {white, black}) {
-            s.pawn[c][i] = sum_of(pawn_leaps[c][i].to);
-        }
-    }
-    s.ready = true;
-}
-
-const AttackSums& sums_near_king(int king) {
-    AttackSums& s = attack_sums.near_king[king];
-    if (!s.ready) {
-        fill(s, [king](int j) { return king_units / nearness[king][j]; });
-    }
-    return s;
-}
-
-const AttackSums& sums_in_centre() {
-    if (!attack_sums.in_centre.ready) {
-        fill(attack_sums.in_centre, [](int j) { return centre_units * static_cast<double>(centroo[j]); });
-    }
-    return attack_sums.in_centre;
-}
 
 // --- The counters of one colour ---
 
@@ -220,31 +149,7 @@ void count_kings(Count& x) {
     });
 }
 
-// --- Pawns, all at once, by the items of their terms ---
-
-constexpr SquareSet ranks_up_to(Colour c, int r) {
-    SquareSet s = 0;
-    for (int k = 0; k <= r; ++k) {
-        s |= rank_set(c, k);
-    }
-    return s;
-}
-
-// A set n ranks further, or back, as the colour sees it; what leaves the board is gone.
-template <Colour c>
-constexpr SquareSet ahead(SquareSet s, int n = 1) {
-    s &= ranks_up_to(c, last_rank - n);
-    return c == white ? s << static_cast<unsigned>(n) : s >> static_cast<unsigned>(n);
-}
-template <Colour c>
-constexpr SquareSet behind(SquareSet s, int n = 1) {
-    return ahead<other(c)>(s, n);
-}
-
-// How many squares of the set lie beside the squares of another, each counted from either side.
-constexpr int count_beside(SquareSet set, SquareSet of) {
-    return std::popcount((of << 8U) & set) + std::popcount((of >> 8U) & set);
-}
+// --- Pawns, all at once ---
 
 // The worth of what pawns attack, seen from the squares before them: value by kind, divided or whole.
 template <Colour c>
@@ -280,67 +185,16 @@ void count_pawn_attacks(Count& x, SquareSet own) {
     }
 }
 
-template <Colour c>
-void mark_pawn_attacks(Count& x, SquareSet own) {
-    Tally& me = x.side[c];
-    const auto& to_enemy_king = x.near_king[other(c)]->pawn[c];
-    const auto& to_own_king = x.near_king[c]->pawn[c];
-    for_each_square(own, [&](int i) {
-        me.enemy_king += to_enemy_king[i];
-        me.own_king += to_own_king[i];
-        me.centre += x.in_centre.pawn[c][i];
-    });
-}
-
-template <Colour c>
-void count_endgame_pawns(Count& x, SquareSet own) {
-    for_each_square(own, [&](int i) {
-        x.side[c].real_terms += endgame_pawn(c, i, x.king[c]);
-        x.side[other(c)].real_terms += pawn_draws_king_from[nearness[i][x.king[other(c)]]];
-    });
-}
-
-// Breakthroughs: no pawn on the square of the capture, and no enemy pawn to stop it on the own file or on the file
-// beyond.
-template <Colour c>
-int count_breakthroughs(SquareSet own, SquareSet enemy) {
-    SquareSet stopped = behind<c>(enemy & ranks_up_to(c, seventh_rank), 2);
-    stopped |= behind<c>(stopped, 1);
-    stopped |= behind<c>(stopped, 2);
-    stopped |= behind<c>(stopped, 4);
-    const SquareSet pawns_ahead = behind<c>(own | enemy);
-    const SquareSet who = own & ranks_up_to(c, seventh_rank - 2) & ~stopped;
-    return std::popcount(who & ~file_set(file_h) & ~(stopped >> 16U) & ~(pawns_ahead >> 8U)) +
-           std::popcount(who & ~file_set(file_a) & ~(stopped << 16U) & ~(pawns_ahead << 8U));
-}
-
-// Passed pawns, and the own pawns beside the way of each pawn up to its first stop: all pawns go forward together.
-template <Colour c>
-int ways_to_promotion(SquareSet own, SquareSet enemy) {
-    const SquareSet free = ~(own | enemy | enemy << 8U | enemy >> 8U) & ranks_up_to(c, seventh_rank);
-    int beside = 0;
-    SquareSet arrived = 0;
-    for (SquareSet walking = ahead<c>(own) & free; walking != 0; walking = ahead<c>(walking) & free) {
-        beside += count_beside(own, walking);
-        arrived |= walking & rank_set(c, seventh_rank);
-    }
-    return pawn_beside_the_way * beside + passed_pawn * std::popcount(arrived);
-}
-
 template <Colour stm, Colour c>
-void count_pawns(Count& x) {
-    const SquareSet own = x.m.of(c, peao);
-    const SquareSet enemy = x.m.of(other(c), peao);
-    if (weights.endgame_for[c]) {
-        count_endgame_pawns<c>(x, own);
-    } else {
-        mark_pawn_attacks<c>(x, own);
-    }
-    count_pawn_attacks<stm, c>(x, own);
-    x.side[c].whole_terms +=
-        pawn_on_seventh * std::popcount(own & rank_set(c, seventh_rank)) + pawn_beside * count_beside(own, own) +
-        pawn_defends_pawn * count_beside(own, ahead<c>(own)) +
-        pawn_breaks_through * count_breakthroughs<c>(own, enemy) + ways_to_promotion<c>(own, enemy);
+void count_pawns(Count& x, const PawnTerms& terms) {
+    Tally& me = x.side[c];
+    const PawnTally& pawns = terms.side[c];
+    me.enemy_king += pawns.enemy_king;
+    me.own_king += pawns.own_king;
+    me.centre += pawns.centre;
+    me.whole_terms += pawns.whole_terms;
+    me.real_terms += pawns.real_terms;
+    count_pawn_attacks<stm, c>(x, x.m.of(c, peao));
 }
 
 // --- The counters that need no attacks ---
@@ -391,8 +245,8 @@ void close_count(const Count& x, SideCounters& me) {
 }
 
 template <Colour stm, Colour c>
-void count_colour(Count& x) {
-    count_pawns<stm, c>(x);
+void count_colour(Count& x, const PawnTerms& pawns) {
+    count_pawns<stm, c>(x, pawns);
     count_developed<c>(x);
     count_knights<stm, c>(x);
     count_bishops<stm, c>(x);
@@ -411,8 +265,9 @@ void count_in_sets(const PieceSets& sets, const std::array<int, 2>& king, Counte
             {&sums_near_king(king[white]), &sums_near_king(king[black])},
             sums_in_centre(),
             {{{0, 0, 0, 0, 0, 0, 0, 0}, {0, 0, 0, 0, 0, 0, 0, 0}}}};
-    count_colour<stm, white>(x);
-    count_colour<stm, black>(x);
+    const PawnTerms& pawns = pawn_terms(sets.of(white, peao), sets.of(black, peao), king);
+    count_colour<stm, white>(x, pawns);
+    count_colour<stm, black>(x, pawns);
     close_count<white>(x, counters[white]);
     close_count<black>(x, counters[black]);
 }

@@ -121,26 +121,30 @@ float sum_exactly(const SumInput& in, const Counters& counters) {
     return static_cast<float>(final_sum<ExactLogs>(in, counters, true));
 }
 
-float sum_quickly(const SumInput& in, const Counters& counters) {
-    // The sum in double is off by far less than this; where no float lies so near, both round alike.
-    constexpr double slack = 1e-10;
-    if (fits_tables(counters[white]) && fits_tables(counters[black])) {
-        const double s = final_sum<QuickLogs<double>>(in, counters, true);
-        const auto r = static_cast<float>(s - slack);
-        if (r == static_cast<float>(s + slack)) {
-            return r;
-        }
+std::optional<double> position_sum(Colour own, const Counters& counters) {
+    if (!fits_tables(counters[white]) || !fits_tables(counters[black])) {
+        return std::nullopt;
     }
-    return sum_exactly(in, counters);
+    return final_sum<QuickLogs<double>>({own, {}, 0}, counters, true);
 }
 
-bool estimate_sum(const SumInput& in, const Counters& counters, float& estimate) {
+std::optional<double> estimated_position_sum(Colour own, const Counters& counters) {
     const auto firm = [](const SideCounters& x) { return fits_tables(x) && x.posicao + x.centro >= 0; };
     if (!firm(counters[white]) || !firm(counters[black])) {
-        return false;
+        return std::nullopt;
     }
-    estimate = static_cast<float>(final_sum<QuickLogs<float>>(in, counters, true));
-    return true;
+    return final_sum<QuickLogs<float>>({own, {}, 0}, counters, true);
+}
+
+double with_line(const SumInput& in, double position_sum) {
+    return static_cast<double>(in.start) + static_cast<double>(castling_term(in)) + position_sum;
+}
+
+std::optional<float> rounded_as_exactly(double sum) {
+    // The sum in double is off by far less than this; where no float lies so near, both round alike.
+    constexpr double slack = 1e-10;
+    const auto r = static_cast<float>(sum - slack);
+    return r == static_cast<float>(sum + slack) ? std::optional(r) : std::nullopt;
 }
 
 float base_value(const SumInput& in, const Counters& counters) {

@@ -5,6 +5,8 @@
 #include "eval/counters.h"
 #include "eval/weights.h"
 
+#include <optional>
+
 namespace ondrel {
 
 // What a final sum takes besides the counters.
@@ -27,12 +29,19 @@ Real pawns_per_square(const SideCounters& x) {
 // The sum of all terms, in extended precision and in the order that fixes the rounding; rounded once.
 float sum_exactly(const SumInput& in, const Counters& counters);
 
-// The same float, in double and by tables where that can be told for certain, and by sum_exactly where it cannot.
-float sum_quickly(const SumInput& in, const Counters& counters);
+// The part of the sum that the position alone decides, in double and by tables, for the colour `own`. None where a
+// counter lies beyond the tables.
+std::optional<double> position_sum(Colour own, const Counters& counters);
 
-// The same in float logarithms, for float sums that are near theirs. False, and `estimate` as it was, where a small error
-// in the sums could be a large one in the result.
-bool estimate_sum(const SumInput& in, const Counters& counters, float& estimate);
+// The same in float logarithms, for float sums that are near theirs. None where a small error in the sums could be a
+// large one in the result, too.
+std::optional<double> estimated_position_sum(Colour own, const Counters& counters);
+
+// The whole sum: that part, and what the line adds.
+double with_line(const SumInput& in, double position_sum);
+
+// What sum_exactly gives, told from with_line; none where that is too near to where the rounding turns.
+std::optional<float> rounded_as_exactly(double sum);
 
 // extraevalll, the base value of a root move: a hundredth of the sum without the terms in regimen, and these behind it.
 float base_value(const SumInput& in, const Counters& counters);

@@ -9,8 +9,13 @@
 namespace ondrel {
 namespace {
 
-// The counters of the leaf under judgement.
-Counters counters;
+// The leaf under judgement.
+struct UnderJudgement {
+    CachedLeaf* kept = nullptr;
+    bool counted = false;  // `counters` are those of this leaf
+    Counters counters;
+};
+UnderJudgement at_hand;
 
 // No pawn, rook or queen on the board, and each colour has at most two knights, or at most one bishop.
 bool is_dead_draw(const PieceSets& m) {
@@ -27,33 +32,68 @@ bool is_dead_draw(const PieceSets& m) {
 
 SumInput sum_input(Colour own, const Leaf& leaf) { return {own, leaf.roque, judgement.extraevalll}; }
 
+template <Colour stm>
+void count(const Leaf& leaf) {
+    count_in_sets<stm>(leaf.sets, leaf.king, at_hand.counters);
+    at_hand.counted = true;
+}
+
 template <Colour own, Colour stm>
 void judge_tab2(const std::array<int, 2>& roque) {
     prepare_weights(own);
     const PieceSets sets = piece_sets(trial.tab2);
     const Leaf leaf{sets, trial.p_xy_R, roque};
     estimate_leaf<own, stm>(leaf);
-    judge_estimated_leaf<own, stm>(leaf, trial.tab2);
+    judge_estimated_leaf<own, stm>(leaf);
 }
 
 }  // namespace
 
 template <Colour own, Colour stm>
-bool estimate_leaf(const Leaf& leaf) {
+Known estimate_leaf(const Leaf& leaf) {
     judgement.EMPAT = is_dead_draw(leaf.sets) ? 1 : 0;
-    count_in_sets<stm>(leaf.sets, leaf.king, counters);
-    float estimate = 0;
-    if (!estimate_sum(sum_input(own, leaf), counters, estimate)) {
-        return false;
+    CachedLeaf& kept = cached_leaf(leaf.sets, leaf.king, stm);
+    at_hand.kept = &kept;
+    at_hand.counted = false;
+    if (kept.known == Known::not_at_all) {
+        count<stm>(leaf);
+        const auto sum = estimated_position_sum(own, at_hand.counters);
+        if (!sum) {
+            return Known::not_at_all;
+        }
+        kept.sum = *sum;
+        kept.known = Known::by_estimate;
     }
-    judgement.extraeval = within_piecesac(estimate);
-    return true;
+    const double sum = with_line(sum_input(own, leaf), kept.sum);
+    const auto exact = kept.known == Known::exactly ? rounded_as_exactly(sum) : std::nullopt;
+    judgement.extraeval = within_piecesac(exact.value_or(static_cast<float>(sum)));
+    return exact ? Known::exactly : Known::by_estimate;
 }
 
 template <Colour own, Colour stm>
-void judge_estimated_leaf(const Leaf& leaf, const Board& board) {
-    sum_in_order<stm>(view_of(board, leaf.sets, leaf.king), counters);
-    judgement.extraeval = within_piecesac(sum_quickly(sum_input(own, leaf), counters));
+void judge_estimated_leaf(const Leaf& leaf) {
+    if (!at_hand.counted) {
+        count<stm>(leaf);
+    }
+    const Board board = board_of(leaf.sets);
+    sum_in_order<stm>(view_of(board, leaf.sets, leaf.king), at_hand.counters);
+    const SumInput in = sum_input(own, leaf);
+    std::optional<float> sum;
+    if (const auto of_position = position_sum(own, at_hand.counters)) {
+        at_hand.kept->sum = *of_position;
+        at_hand.kept->known = Known::exactly;
+        sum = rounded_as_exactly(with_line(in, *of_position));
+    }
+    judgement.extraeval = within_piecesac(sum ? *sum : sum_exactly(in, at_hand.counters));
+}
+
+void judge_leaf(Colour own, const Leaf& leaf) {
+    const auto judge = [&leaf]<Colour us>() {
+        if (estimate_leaf<us, us>(leaf) != Known::exactly) {
+            judge_estimated_leaf<us, us>(leaf);
+        }
+    };
+    own == white ? judge.operator()<white>() : judge.operator()<black>();
 }
 
 template <Colour own>
@@ -66,14 +106,14 @@ void extra_evall(const std::array<int, 2>& roque) {
     judge_tab2<own, other(own)>(roque);
 }
 
-template bool estimate_leaf<white, white>(const Leaf& leaf);
-template bool estimate_leaf<white, black>(const Leaf& leaf);
-template bool estimate_leaf<black, white>(const Leaf& leaf);
-template bool estimate_leaf<black, black>(const Leaf& leaf);
-template void judge_estimated_leaf<white, white>(const Leaf& leaf, const Board& board);
-template void judge_estimated_leaf<white, black>(const Leaf& leaf, const Board& board);
-template void judge_estimated_leaf<black, white>(const Leaf& leaf, const Board& board);
-template void judge_estimated_leaf<black, black>(const Leaf& leaf, const Board& board);
+template Known estimate_leaf<white, white>(const Leaf& leaf);
+template Known estimate_leaf<white, black>(const Leaf& leaf);
+template Known estimate_leaf<black, white>(const Leaf& leaf);
+template Known estimate_leaf<black, black>(const Leaf& leaf);
+template void judge_estimated_leaf<white, white>(const Leaf& leaf);
+template void judge_estimated_leaf<white, black>(const Leaf& leaf);
+template void judge_estimated_leaf<black, white>(const Leaf& leaf);
+template void judge_estimated_leaf<black, black>(const Leaf& leaf);
 template void extra_eval<white>(const std::array<int, 2>& roque);
 template void extra_eval<black>(const std::array<int, 2>& roque);
 template void extra_evall<white>(const std::array<int, 2>& roque);

@@ -2,7 +2,7 @@
 // exact where that matters; and through extra_eval and extra_evall, the judgement in one step.
 #pragma once
 
-#include "base/square_sets.h"
+#include "eval/leaf_cache.h"
 
 namespace ondrel {
 
@@ -26,14 +26,17 @@ struct Leaf {
 // How far at most an estimate lies from the judgement, score units.
 constexpr float estimate_slack = 0.01F;
 
-// Estimates the leaf for `own`, the colour that the engine plays, with `stm` to move: leaves EMPAT, and in extraeval what
-// lies within estimate_slack of the judgement. False, and extraeval as it was, where that cannot be had.
+// Estimates the leaf for `own`, the colour that the engine plays, with `stm` to move: leaves EMPAT, and in extraeval the
+// judgement or what lies within estimate_slack of it, as the answer tells; extraeval as it was where neither can be had.
 template <Colour own, Colour stm>
-bool estimate_leaf(const Leaf& leaf);
+Known estimate_leaf(const Leaf& leaf);
 
-// Turns the estimate that was the last call here into the judgement. `board` is the leaf in bytes.
+// Makes the judgement of the leaf that was estimated last exact.
 template <Colour own, Colour stm>
-void judge_estimated_leaf(const Leaf& leaf, const Board& board);
+void judge_estimated_leaf(const Leaf& leaf);
+
+// The judgement, in one step, of a leaf with `own` to move.
+void judge_leaf(Colour own, const Leaf& leaf);
 
 // extra_eval_<own>: judges the position on tab2 after the opponent's move, extra_evall_<own>: after the engine's own.
 // ddep is the node's to raise.

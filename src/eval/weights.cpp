@@ -2,6 +2,7 @@
 
 #include "base/options.h"
 #include "board/game.h"
+#include "eval/context.h"
 
 namespace ondrel {
 namespace {
@@ -29,6 +30,7 @@ void prepare_weights_of(Colour c) {
 }  // namespace
 
 void prepare_weights(Colour own) {
+    refresh_context(own);
     if (weights.own == own && weights.npecas == root.npecas && weights.materialmaior == root.materialmaior &&
         weights.agresprxrei == options.agresprxrei) {
         return;

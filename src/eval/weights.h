@@ -89,8 +89,8 @@ struct LeafWeights {
 // Written by prepare_weights alone. Lifetime: a search.
 inline LeafWeights weights;
 
-// Brings the weights up to date with npecas, materialmaior and agresprxrei for the colour that the engine plays; cheap
-// when nothing has changed. Called before every walk of the root and before a search enters its tree.
+// Brings the weights up to date with npecas, materialmaior and agresprxrei for the colour that the engine plays, and the
+// context (context.h); cheap when nothing has changed. Called before every walk of the root and before a search enters its tree.
 void prepare_weights(Colour own);
 
 // --- Tables that depend on nothing ---

@@ -6,6 +6,7 @@
 #include "base/clock.h"
 #include "base/numeric.h"
 #include "search/child_trial.h"
+#include "search/noted_leaves.h"
 #include "search/ply_table.h"
 #include "search/probe.h"
 #include "search/state.h"
@@ -145,6 +146,7 @@ inline bool out_of_time(P n, int& saved_deep) {
     search.deep = n;
     saved_deep = n;
     pass.corte_MAXcut = 1;
+    settle(n - 1);
     if (bounds.alfa[n - 1] > -least_mate) {
         bounds.corte_beta[n - 2] = 1;
         bounds.beta[n] = bounds.alfa[n - 1];

@@ -9,11 +9,11 @@
 
 #include "board/castling.h"
 #include "board/repetition.h"
-#include "eval/leaf.h"
 #include "memory/shallow_tables.h"
 #include "search/child_trial.h"
 #include "search/filters.h"
 #include "search/for_a_time.h"
+#include "search/leaf_value.h"
 #include "search/move_walks.h"
 #include "search/observers.h"
 #include "search/ply_table.h"
@@ -162,9 +162,6 @@ void deep_2(P n, Move m) {
 }
 
 template <Colour c, class P>
-void leaf(P n, Move m);
-
-template <Colour c, class P>
 void deep_(P n, Move m) {
     switch (ply_table[n].answer) {
         case Answer::repetition: return deep_2<c>(n, m);
@@ -178,28 +175,6 @@ void deep_(P n, Move m) {
     } else if (search.deep == ply_table[n].leaf_deep) {
         leaf<c>(n, m);
     }
-}
-
-// --- Material ---
-
-constexpr int worth_of_promotion = 80;  // a queen less a pawn
-constexpr int worth_of_en_passant = 10;
-
-// Leaves promocao and ppassado of the move m of c on the board before it.
-template <Colour c>
-inline void appraise(const Board& before, Move m) {
-    const bool by_pawn = before[m.from()] == code(c, peao);
-    tree.promocao = by_pawn && m.from_rank == relative_rank(c, seventh_rank) ? worth_of_promotion : 0;
-    tree.ppassado = by_pawn && m.from_file != m.to_file && before[m.to()] == no_piece ? worth_of_en_passant : 0;
-}
-
-// Material after the move m of c, by Colour, from the ply above it; en passant is a gain of the taker's.
-template <Colour c>
-inline std::array<float, 2> material_after(const Ply& above, Move m) {
-    std::array<float, 2> sums = above.material;
-    sums[c] += static_cast<float>(tree.promocao + tree.ppassado);
-    sums[other(c)] -= static_cast<float>(value_of(above.tabd[m.to()]));
-    return sums;
 }
 
 // --- 2. Null move: the side that should reply passes, and c plays twice ---
@@ -281,11 +256,12 @@ bool null_move_pass(P n, Move m) {
         const ReducedDepth reduced(null_move_reduction, true);
         const NeutralBounds<P> neutral(n);
         open_null_window(n);
-        value<!P::even>(child) = start_value<!P::even>;
+        begin_value(child);
         tree.nd = n;
         descend<c>(n - 1, child, m);
         cut_flag<!P::even>(child) = 0;
         search_replies<c>(child);
+        settle(child);
     }
     const float v = value<!P::even>(child);
     if ((P::even ? v < least_mate : v > -least_mate) && crosses_chain<P::even>(v, n - 1)) {
@@ -392,78 +368,6 @@ inline bool ends_line(P n, Move m) {
     return true;
 }
 
-// Whether some bound above the parent puts a judgement of v out of the question: v must be within piecesac of every alfa
-// above an even node, of every beta above an odd one.
-template <bool even>
-inline bool is_hopeless(int n, float v) {
-    const float limit = ply[n - 1].chain;
-    return even ? !(v > limit - piecesac) : !(v < limit + piecesac);
-}
-
-// Whether v, an estimate of the leaf of ply n, tells as much as the value itself would: the leaf falls short of what its
-// parent has already, or it ends the parent, whose value then falls short of what the grandparent has. Nobody else
-// reads either value. The shallow tables, which keep values, have no part in these plies.
-constexpr int first_estimated_ply = 6;
-
-template <class P>
-inline bool estimate_suffices(P n, float v) {
-    if constexpr (P::even) {
-        return n >= first_estimated_ply &&
-               (v > std::max(bounds.beta[n - 1], ply[n - 1].chain) + estimate_slack ||
-                v < std::min({bounds.alfa[n - 2], bounds.beta[n - 1], ply[n - 2].chain}) - estimate_slack);
-    } else {
-        return false;
-    }
-}
-
-// Leaves extraeval and EMPAT of a leaf whose material score is v.
-template <Colour c, class P>
-inline void judge(P n, Move m, float v) {
-    constexpr Colour own = P::even ? other(c) : c;
-    const PieceSets position = sets_of_trial<c>(n, m);
-    const Leaf seen{position, trial.p_xy_R, pass.roque};
-    count_rule(Rule::judged);
-    if (!estimate_leaf<own, other(c)>(seen) || !estimate_suffices(n, v + judgement.extraeval)) {
-        count_rule(Rule::judged_exactly);
-        make_trial<c>(n, m);
-        judge_estimated_leaf<own, other(c)>(seen, trial.tab2);
-    }
-    if (P::even && search.deep > process.ddep) {
-        process.ddep = search.deep;
-    }
-}
-
-// The value of a leaf: material, its logarithm, and where that is near the bounds the judgement.
-template <Colour c, class P>
-void leaf(P n, Move m) {
-    constexpr Colour own = P::even ? other(c) : c;
-    appraise<c>(ply[n - 1].tabd, m);
-    const std::array<float, 2> material = material_after<c>(ply[n - 1], m);
-    float& v = value<P::even>(n);
-    v = options.extradef ? material_score(material[own], material[other(own)]) : material[own] - material[other(own)];
-    if (!search.EXTRA_EVAL) {
-        return;
-    }
-    if (is_hopeless<P::even>(n, v)) {
-        count_rule(Rule::lazy);
-        return;
-    }
-    judge<c>(n, m, v);
-    v = judgement.EMPAT ? static_cast<float>(search.emp) : v + judgement.extraeval;
-}
-
-// The leaf of ply 2, for the shallowest depth only: lead less the plain ratio, without a judgement.
-template <Colour c>
-inline void leaf_of_ply_2(Move m) {
-    appraise<c>(ply[1].tabd, m);
-    const std::array<float, 2> material = material_after<c>(ply[1], m);
-    const float lead = material[other(c)] - material[c];
-    bounds.alfa[2] = lead;
-    if (options.extradef) {
-        bounds.alfa[2] = static_cast<float>(static_cast<long double>(lead) - ratio(material[c], material[other(c)]));
-    }
-}
-
 // 5d. Notes the move of ply n in the line shown, if it is the first one searched there.
 constexpr int plies_shown = 8;
 
@@ -499,6 +403,7 @@ inline void expand(P n, Move m, bool amr) {
     cut_flag<P::even>(n) = 0;
     search_replies<other(c)>(n);
     end_without_reply(n);
+    hand_up(n);
 }
 
 // 5c. The filters of the odd plies stand before the copy, and may end the node or change deep; its exit restores deep.
@@ -527,7 +432,7 @@ void run(P n, Move m, bool amr) {
         return;
     }
     appraise<c>(ply[n - 1].tabd, m);
-    value<P::even>(n) = start_value<P::even>;
+    begin_value(n);
     ply[n].material = amr ? ply[n - 1].material : material_after<c>(ply[n - 1], m);
     if constexpr (P::even) {
         expand<c>(n, m, amr);
@@ -774,16 +679,13 @@ void search_replies(P n) {
 // Takes the child's value into the bound of ply n, if it improves it.
 template <class P>
 inline void take_value(P n) {
-    if constexpr (P::even) {
-        if (bounds.beta[n + 1] > bounds.alfa[n]) {
-            bounds.alfa[n] = bounds.beta[n + 1];
-            ply[n].X_D = 0;
-        }
-    } else {
-        if (bounds.alfa[n + 1] < bounds.beta[n]) {
-            bounds.beta[n] = bounds.alfa[n + 1];
-            ply[n].X_D = 0;
-        }
+    settle_if_close(n);
+    const float v = value<!P::even>(n + 1);
+    float& bound = value<P::even>(n);
+    if (P::even ? v > bound : v < bound) {
+        bound = v;
+        ply[n].X_D = 0;
+        take_note(n);
     }
 }
 
@@ -797,6 +699,7 @@ inline bool cuts(P n) {
 template <Colour us, class P>
 inline bool search_reply(P n, Move m, bool last_ply_rule) {
     ++search.nodes;
+    forget_note(n + 1);
     watch_child(n + 1, m, value<!P::even>(n + 1), [n, m] { deep_<us>(n.child(), m); });
     take_value(n);
     return cuts(n) || (last_ply_rule && ply_table[n].last_ply_cut && search.deep == n);

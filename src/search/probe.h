@@ -35,7 +35,8 @@ enum class Rule : std::uint8_t {
     gate,                  // the gate ends a line
     lazy,                  // the lazy test spares a judgement
     judged,                // a leaf is judged
-    judged_exactly,        // and summed in order
+    judged_exactly,        // and not by an estimate
+    settled,               // an estimate is made exact later
     repetition,            // ply 2 finds a repetition
     scan,                  // a scan of a shallow table
     scan_hits,             // it hits

@@ -3,6 +3,7 @@
 #include "base/options.h"
 #include "base/ply_stack.h"
 #include "board/game.h"
+#include "eval/context.h"
 #include "eval/leaf.h"
 #include "eval/mobility.h"
 #include "eval/root_trial.h"
@@ -12,6 +13,7 @@
 #include "memory/game_memory.h"
 #include "memory/shallow_tables.h"
 #include "search/child_trial.h"
+#include "search/noted_leaves.h"
 #include "search/observers.h"
 #include "search/root_routines.h"
 #include "search/state.h"
@@ -38,6 +40,7 @@ void begin_process() {
     bounds = Bounds{};
     slots = Slots{};
     weights = LeafWeights{};
+    renew_context();
     clear_shallow_tables();
 
     pass = Pass{};
@@ -49,6 +52,7 @@ void begin_process() {
     root_move = RootMove{};
     tree = Tree{};
     ply = {};
+    noted.is_noted = {};
     trial = Trial{};
     strange_trials = StrangeTrials{};
     judgement = Judgement{};

@@ -88,13 +88,13 @@ void classify_trial(Colour c) {
 
 bool estimate(Colour own, Colour stm) {
     return with_colours(own, stm, [](auto us, auto stm) {
-        return estimate_leaf<us(), stm()>({piece_sets(trial.tab2), trial.p_xy_R, pass.roque});
+        return estimate_leaf<us(), stm()>({piece_sets(trial.tab2), trial.p_xy_R, pass.roque}) != Known::not_at_all;
     });
 }
 
 void judge_estimated(Colour own, Colour stm) {
     with_colours(own, stm, [](auto us, auto stm) {
-        judge_estimated_leaf<us(), stm()>({piece_sets(trial.tab2), trial.p_xy_R, pass.roque}, trial.tab2);
+        judge_estimated_leaf<us(), stm()>({piece_sets(trial.tab2), trial.p_xy_R, pass.roque});
     });
 }
 

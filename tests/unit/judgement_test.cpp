@@ -48,32 +48,33 @@ class FinalSum : public ::testing::Test {
 protected:
     void SetUp() override { fresh_process(); }
 
-    static constexpr float untouched = 77.0F;
-
     // The estimate, which must stand aside or be near.
     static bool expect_near_estimate(const SumInput& in, const Counters& counters) {
-        float estimate = untouched;
-        const bool firm = estimate_sum(in, counters, estimate);
-        if (firm) {
-            EXPECT_NEAR(estimate, sum_exactly(in, counters), estimate_slack / 100);
-        } else {
-            EXPECT_EQ(estimate, untouched);
+        const auto estimate = estimated_position_sum(in.own, counters);
+        if (estimate) {
+            EXPECT_NEAR(with_line(in, *estimate), sum_exactly(in, counters), estimate_slack / 100);
         }
-        return firm;
+        return estimate.has_value();
     }
-    static void expect_same_sums(const SumInput& in, const Counters& counters) {
+    // The sum in double, which must stand aside or be the same; whether it stood.
+    static bool expect_same_sums(const SumInput& in, const Counters& counters) {
         const float exact = sum_exactly(in, counters);
-        const float quick = sum_quickly(in, counters);
-        EXPECT_TRUE(same_bits(exact, quick)) << quick << " for " << exact;
+        const auto of_position = position_sum(in.own, counters);
+        const auto quick = of_position ? rounded_as_exactly(with_line(in, *of_position)) : std::nullopt;
+        EXPECT_TRUE(!quick || same_bits(exact, *quick)) << *quick << " for " << exact;
+        return quick.has_value();
     }
 };
 
 TEST_F(FinalSum, QuicklyIsTheSameToTheLastBit) {
     Chance chance(1);
-    for (int k = 0; k < 50000 && !HasFailure(); ++k) {
+    constexpr int sums = 50000;
+    int told = 0;
+    for (int k = 0; k < sums && !HasFailure(); ++k) {
         const Counters counters{any_counters(chance), any_counters(chance)};
-        expect_same_sums(any_input(chance), counters);
+        told += expect_same_sums(any_input(chance), counters) ? 1 : 0;
     }
+    EXPECT_GT(told, sums * 99 / 100);
 }
 
 TEST_F(FinalSum, QuicklyIsTheSameOnBoards) {
@@ -103,14 +104,14 @@ TEST_F(FinalSum, QuicklyIsTheSameNearNothing) {
     }
 }
 
-TEST_F(FinalSum, QuicklyIsTheSameBeyondTheTables) {
+TEST_F(FinalSum, IsNotToldQuicklyBeyondTheTables) {
     Chance chance(4);
     for (int k = 0; k < 1000; ++k) {
         Counters counters{any_counters(chance), any_counters(chance)};
         const std::array<int*, 4> counts{&counters[white].mobilidade, &counters[black].alvos, &counters[white].apoios,
                                          &counters[black].pontos};
         *chance.one_of(counts) = tabled_counts + chance.below(1000);
-        expect_same_sums(any_input(chance), counters);
+        EXPECT_FALSE(expect_same_sums(any_input(chance), counters));
     }
 }
 

@@ -1,6 +1,7 @@
 // One node of the tree: what ends a line, what a leaf is worth, what a node expands to and in which order it tries its
 // replies. Below the node the children are scripted, so that nothing but the node itself is seen.
 #include "eval/leaf.h"
+#include "search/noted_leaves.h"
 #include "search/observers.h"
 #include "support/bare_search.h"
 #include "support/moves.h"
@@ -180,7 +181,9 @@ TEST_F(Node, LeafAddsTheJudgementOfTheRootSideWhoeverIsToMove) {
         SCOPED_TRACE(n);
         stand_at_the_horizon(n, fen);
         search.EXTRA_EVAL = 1;
-        const float v = search_node(n, move_from("c3e4"));
+        search_node(n, move_from("c3e4"));
+        settle(n);
+        const float v = value_of_ply(n);
         judgement.extraeval = 0;
         extra_eval<black>(pass.roque);
         EXPECT_EQ(
