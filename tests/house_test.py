@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Holds the house to its habits.
 
-  includes    they run one way, floor by floor, and in no circle
+  includes    they run one way, floor by floor, and in no circle, as the picture of the house shows
   words       every name is made of English words, or the glossary explains it
 """
 import re
@@ -70,7 +70,21 @@ def check_includes(args):
         faults.append("a circle: " + " -> ".join(circle))
     if circle := first_circle(FLOORS):
         faults.append("a circle of floors: " + " -> ".join(circle))
+    if (picture := floors_of_the_picture(args.source)) != {name: set(below) for name, below in FLOORS.items()}:
+        faults.append(f"docs/house.dot shows another order: {picture}")
     return faults
+
+
+def floors_of_the_picture(source):
+    """The floors of docs/house.dot, and those below each by its arrows; dotted ones are calls, not includes."""
+    text = (source / "docs/house.dot").read_text()
+    floor = dict(re.findall(r'^\s*(\w+) \[label="src/(\w+)', text, flags=re.MULTILINE))
+    below = {name: set() for name in floor.values()}
+    for upper, lower in re.findall(r"^\s*(\w+) -> (\w+);", text, flags=re.MULTILINE):
+        below[floor[upper]].add(floor[lower])
+    for _ in below:
+        below = {name: lower.union(*(below[other] for other in lower)) for name, lower in below.items()}
+    return below
 
 
 # --- Words ---
