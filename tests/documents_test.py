@@ -467,7 +467,7 @@ class Commands:
     def bench_usage(self, command):
         program = command.split()[0]
         # Both runs take a while; bench.signature is the quick one.
-        self.expect(self.output_of(program, "slow", status=2) == "usage: ondrel-bench [quick]\n", "other usage")
+        self.expect(self.output_of(program, "slow", status=2) == "usage: ondrel-bench [quick] [show]\n", "other usage")
 
     def bench_signature(self, command):
         form = command.replace("<nodes>", r"\d+").replace("<checksum>", r"[0-9a-f]{16}")

@@ -120,7 +120,34 @@ def fairymax_overstepped(white, black, reason):
             or black.startswith("Fairy-Max") and reason.startswith("White wins on time"))
 
 
-def faults_of_games(args, games):
+def answers_after(log):
+    """Of each search that was not a ponder, or no longer: the seconds to its answer, and the clock that it was given."""
+    started = clocks = None
+    pondering = False
+    for line in log.splitlines():
+        stamp, _, said = line.partition(" ")
+        if said.startswith("Adapter->Engine: go "):
+            clocks = {name: int(value) / 1000 for name, value in re.findall(r"(wtime|btime) (-?\d+)", said)}
+            pondering = "ponder" in said
+            started = float(stamp)
+        elif said.startswith("Adapter->Engine: ponderhit"):
+            pondering = False
+            started = float(stamp)
+        elif said.startswith("Engine->Adapter: bestmove") and started is not None:
+            if not pondering:
+                yield float(stamp) - started, clocks
+            started = None
+
+
+def kept_to_its_clock(record):
+    """Whether the engine has answered every go within the shorter of the two clocks: then what ran out went by between
+    XBoard, its display and the adapter, as it does when other programs have the processor."""
+    log = record.with_suffix(".first.polyglot.log")
+    answers = list(answers_after(log.read_text(errors="replace"))) if log.exists() else []
+    return answers and all(seconds <= max(min(clocks.values()), 0) for seconds, clocks in answers if clocks)
+
+
+def faults_of_games(args, games, record):
     if len(games) != args.games:
         yield f"{len(games)} games instead of {args.games}"
     for white, black, text, result in games:
@@ -128,7 +155,9 @@ def faults_of_games(args, games):
         plies = len(re.findall(r"\{[^}]*/\d+[^}]*\}", text))
         print(f"{white} - {black}: {plies} plies, {{{reason}")
         by_the_rules = ENDS_BY_THE_RULES.search(reason) and not FAULTS.search(reason) and result != "*"
-        if not by_the_rules and not fairymax_overstepped(white, black, reason):
+        if args.standard and "wins on time" in reason and kept_to_its_clock(record):
+            print("the clock ran out, but not while the engine thought")
+        elif not by_the_rules and not fairymax_overstepped(white, black, reason):
             yield f"a game ended otherwise than by the rules: {reason}"
 
 
@@ -192,7 +221,7 @@ def main():
             break
         print("Fairy-Max has crashed: the match begins again", flush=True)
     wrong = [] if ended == 0 else [f"xboard ended with: {ended}"]
-    wrong += faults_of_games(args, list(games_of(record)))
+    wrong += faults_of_games(args, list(games_of(record)), record)
     wrong += faults_of_conversations(args, record, conversations)
     debug = record.with_suffix(".xboard.log")
     if debug.exists() and "illegal move" in debug.read_text(errors="replace").lower():
