@@ -100,7 +100,7 @@ configure() {
         ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$(pwd -P)" "build/$1/CMakeCache.txt"; then
         rm -rf "build/$1"
     fi
-    cmake --preset "$1"
+    cmake --preset "$1" -DONDREL_LONG_TESTS="${long_tests:-OFF}"
 }
 
 # progress: passes on of what ninja says how far it is, a line every few seconds.
