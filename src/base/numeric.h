@@ -1,10 +1,19 @@
 // Numeric rules that every score obeys. Each holds for any argument: none divides by zero, none casts out of range.
 #pragma once
 
+#include <cfloat>
 #include <cmath>
 #include <limits>
 
 namespace ondrel {
+
+// Whole expressions are summed in long double and rounded once. Neither double nor a pair of doubles will do: of the
+// same sum they can store another float.
+static_assert(LDBL_MANT_DIG == 64 || LDBL_MANT_DIG == 113,
+              "Ondrel's scores need a long double of 64 or 113 significant bits: this compiler (or -mlong-double-64) has "
+              "another one");
+static_assert(FLT_EVAL_METHOD == 0,
+              "Ondrel's scores need float and double computed as such: on 32-bit x86 add -msse2 -mfpmath=sse");
 
 // x / y in extended precision. A divisor of zero, which only a board without a king can bring here, gives what the
 // division would: an infinity of the dividend's sign, or no number.

@@ -5,7 +5,7 @@
 
 namespace ondrel {
 
-// Makes every insertion a flush; called once, before anything is written.
+// Makes every insertion a flush, and a line end the same byte on every system; called once, before anything is written.
 void open_output();
 
 // Writes the text and a line end.
