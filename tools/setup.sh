@@ -130,3 +130,13 @@ build() (
             cmake --build --preset "$1" -j "$jobs" "${@:2}"
     } </dev/null 2>&1 | tee "build/$1.log" | progress || { cat "build/$1.log" >&2; return 1; }
 )
+
+# run_target PRESET PROGRAM [ARGUMENT...]: runs a program built for the preset's system, under an emulator if it is not
+# ours.
+run_target() {
+    case $1 in
+        linux-aarch64*) qemu-aarch64 "${@:2}" ;;
+        windows-x86_64*) WINEDEBUG=${WINEDEBUG:--all} wine "$2.exe" "${@:3}" ;;
+        *) "${@:2}" ;;
+    esac
+}

@@ -9,9 +9,10 @@ namespace ondrel {
 
 // Whole expressions are summed in long double and rounded once. Neither double nor a pair of doubles will do: of the
 // same sum they can store another float.
-static_assert(LDBL_MANT_DIG == 64 || LDBL_MANT_DIG == 113,
-              "Ondrel's scores need a long double of 64 or 113 significant bits: this compiler (or -mlong-double-64) has "
-              "another one");
+static_assert(
+    LDBL_MANT_DIG == 64 || LDBL_MANT_DIG == 113,
+    "Ondrel's scores need a long double of 64 or 113 significant bits: this compiler (or -mlong-double-64) has "
+    "another one");
 static_assert(FLT_EVAL_METHOD == 0,
               "Ondrel's scores need float and double computed as such: on 32-bit x86 add -msse2 -mfpmath=sse");
 

@@ -4,9 +4,9 @@
 #include <string>
 
 #ifdef _WIN32
-#include <cstdio>
 #include <fcntl.h>
 #include <io.h>
+#include <cstdio>
 #endif
 
 namespace ondrel {
