@@ -23,6 +23,11 @@ has() {
         man-db) any_of man mandoc groff ;;
         wamerican) [[ -e /usr/share/dict/american-english || -e /usr/share/dict/words ]] ;;
         dpkg-dev) any_of dpkg-shlibdeps ;;
+        g++-aarch64-linux-gnu) any_of aarch64-linux-gnu-g++ ;;
+        g++-mingw-w64-x86-64-posix) any_of x86_64-w64-mingw32-g++-posix ;;
+        qemu-user) any_of qemu-aarch64 ;;
+        wine64) [[ -x /usr/lib/wine/wine64 ]] || any_of wine64 ;;
+        libuv1-dev) has_header uv.h ;;
         clang-tidy) any_of clang-tidy && any_of run-clang-tidy ;;
         libgtest-dev) has_header gtest/gtest.h ;;
         libuv1-dev) has_header uv.h ;;
