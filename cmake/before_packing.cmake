@@ -15,3 +15,19 @@ if(CPACK_GENERATOR STREQUAL "DEB")
         file(CHMOD "${page}.gz" FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
     endforeach()
 endif()
+
+# And a changelog of its own form.
+if(CPACK_GENERATOR STREQUAL "DEB")
+    string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
+    file(GLOB documents "${CPACK_TEMPORARY_DIRECTORY}/usr/share/doc/${CPACK_PACKAGE_NAME}")
+    set(changelog "${documents}/changelog")
+    file(WRITE "${changelog}"
+"${CPACK_PACKAGE_NAME} (${CPACK_PACKAGE_VERSION}) unstable; urgency=medium
+
+  * What has changed is told in CHANGELOG.md.
+
+ -- ${CPACK_PACKAGE_CONTACT}  ${date}
+")
+    execute_process(COMMAND gzip -9n "${changelog}" COMMAND_ERROR_IS_FATAL ANY)
+    file(CHMOD "${changelog}.gz" FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+endif()

@@ -7,7 +7,7 @@ if(TARGET ondrel-uci)
     install(TARGETS ondrel-uci RUNTIME DESTINATION games)
     install(FILES "${PROJECT_SOURCE_DIR}/docs/ondrel-uci.6" DESTINATION "${CMAKE_INSTALL_MANDIR}/man6")
 endif()
-install(FILES "${PROJECT_SOURCE_DIR}/README.md" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 # In a directory of their own, so that the links of README.md hold.
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" DESTINATION "${CMAKE_INSTALL_DOCDIR}" FILES_MATCHING PATTERN "*.md")
 
@@ -21,7 +21,7 @@ endif()
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_PACKAGE_VENDOR "The Ondrel developers")
-set(CPACK_PACKAGE_CONTACT "The Ondrel developers <ondrel@localhost>")
+set(CPACK_PACKAGE_CONTACT "The Ondrel developers <ondrel@ondrel.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
 set(CPACK_PACKAGE_DESCRIPTION
 "Ondrel plays chess in a manner of its own. It speaks UCI on standard input

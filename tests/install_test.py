@@ -79,7 +79,7 @@ def programs(args):
 
 def expected_files(args, ending=""):
     """Each file below the prefix, and its mode; `ending` is that of a manual page that is packed."""
-    documents = ["README.md", *(f"docs/{path.name}" for path in args.source.glob("docs/*.md"))]
+    documents = ["README.md", "CHANGELOG.md", *(f"docs/{path.name}" for path in args.source.glob("docs/*.md"))]
     files = {f"games/{name}": 0o755 for name in programs(args)}
     files |= {f"share/man/man6/{name}.6{ending}": 0o644 for name in programs(args)}
     return files | {f"share/doc/ondrel/{name}": 0o644 for name in documents}
@@ -152,7 +152,7 @@ def check_package(args):
     announced = re.search(r"^id name Ondrel (\S+)", output_of("sh", "-c", f"echo uci | '{args.engine}'"), re.MULTILINE)
     expected = {"Package": "ondrel", "Version": announced[1], "Section": "games", "Priority": "optional",
                 "Architecture": output_of("dpkg", "--print-architecture").strip(),
-                "Maintainer": "The Ondrel developers <ondrel@localhost>"}
+                "Maintainer": "The Ondrel developers <ondrel@ondrel.invalid>"}
     faults = [f"{key} is {field.get(key)}, not {value}" for key, value in expected.items() if field.get(key) != value]
     if package.name != f"{field['Package']}_{field['Version']}_{field['Architecture']}.deb":
         faults.append(f"the package is called {package.name}")
@@ -168,7 +168,8 @@ def check_package(args):
 
     root = args.scratch / "root"
     output_of("dpkg-deb", "-x", package, root)
-    faults += faults_of_files(root / "usr", expected_files(args, ".gz"), args.source)
+    expected = expected_files(args, ".gz") | {"share/doc/ondrel/changelog.gz": 0o644}
+    faults += faults_of_files(root / "usr", expected, args.source)
     if outside := [path.name for path in root.iterdir() if path.name != "usr"]:
         faults.append(f"outside usr: {outside}")
     if faults:

@@ -133,7 +133,10 @@ for preset in "${presets[@]}"; do
     echo "== $preset"
     mkdir -p "$work"
     build_target "$preset" >"$work/$preset.log" || { cat "$work/$preset.log" >&2; exit 1; }
-    version=$(<"$work/$preset/version")
+    if [[ ${version:=$(<"$work/$preset/version")} != "$(<"$work/$preset/version")" ]]; then
+        echo "release.sh: the tree has changed while the programs were built" >&2
+        exit 1
+    fi
     out=$root/build/release-$version
     [[ ${#made[@]} -gt 0 ]] || { rm -rf "$out"; mkdir -p "$out"; }
     made+=("$preset")

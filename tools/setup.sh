@@ -28,6 +28,7 @@ has() {
         qemu-user) any_of qemu-aarch64 ;;
         wine64) [[ -x /usr/lib/wine/wine64 ]] || any_of wine64 ;;
         libuv1-dev) has_header uv.h ;;
+        lld) any_of ld.lld ;;
         clang-tidy) any_of clang-tidy && any_of run-clang-tidy ;;
         libgtest-dev) has_header gtest/gtest.h ;;
         libuv1-dev) has_header uv.h ;;
@@ -141,7 +142,9 @@ build() (
 run_target() {
     case $1 in
         linux-aarch64*) qemu-aarch64 "${@:2}" ;;
-        windows-x86_64*) WINEDEBUG=${WINEDEBUG:--all} wine "$2.exe" "${@:3}" ;;
+        windows-x86_64*)
+            mkdir -p build
+            WINEPREFIX=${WINEPREFIX:-$root/build/wine} WINEDEBUG=${WINEDEBUG:--all} wine "$2.exe" "${@:3}" ;;
         *) "${@:2}" ;;
     esac
 }
