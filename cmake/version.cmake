@@ -32,6 +32,5 @@ find_version(ONDREL_VERSION)
 file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/version" CONTENT "@ONDREL_VERSION@\n" @ONLY)
 
 # ondrel-uci announces it; ondrel says what it has always said.
-if(TARGET ondrel_standard_uci)
-    target_compile_definitions(ondrel_standard_uci PRIVATE ONDREL_VERSION="${ONDREL_VERSION}")
-endif()
+set_source_files_properties("${PROJECT_SOURCE_DIR}/src/standard_uci/session.cpp" PROPERTIES
+    COMPILE_DEFINITIONS "ONDREL_VERSION=\"${ONDREL_VERSION}\"")

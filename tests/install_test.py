@@ -79,13 +79,16 @@ def programs(args):
 
 def expected_files(args, ending=""):
     """Each file below the prefix, and its mode; `ending` is that of a manual page that is packed."""
-    documents = ["README.md", "CHANGELOG.md", *(f"docs/{path.name}" for path in args.source.glob("docs/*.md"))]
+    documents = ["README.md", *(f"docs/{path.name}" for path in args.source.glob("docs/*.md"))]
     files = {f"games/{name}": 0o755 for name in programs(args)}
     files |= {f"share/man/man6/{name}.6{ending}": 0o644 for name in programs(args)}
     return files | {f"share/doc/ondrel/{name}": 0o644 for name in documents}
 
 
 def faults_of_files(prefix, expected, source):
+    expected = expected | {"share/doc/ondrel/CHANGELOG.md": 0o644}
+    if any(name.endswith(".6.gz") for name in expected):
+        expected["share/doc/ondrel/changelog.gz"] = 0o644  # Debian's own, in the package
     found = {str(path.relative_to(prefix)): path.stat().st_mode & 0o7777 for path in prefix.rglob("*")
              if not path.is_dir()}
     faults = [f"{name} is missing" for name in expected if name not in found]
@@ -168,8 +171,7 @@ def check_package(args):
 
     root = args.scratch / "root"
     output_of("dpkg-deb", "-x", package, root)
-    expected = expected_files(args, ".gz") | {"share/doc/ondrel/changelog.gz": 0o644}
-    faults += faults_of_files(root / "usr", expected, args.source)
+    faults += faults_of_files(root / "usr", expected_files(args, ".gz"), args.source)
     if outside := [path.name for path in root.iterdir() if path.name != "usr"]:
         faults.append(f"outside usr: {outside}")
     if faults:
