@@ -132,7 +132,7 @@ def check_paths(args):
             count += 1
             parts = [re.sub("<[^>]*>", "*", part) for part in path.split("/") if part]
             if parts[0] == "build":
-                known = parts[1] in ({"*", "packages"} | presets) and (len(parts) < 3 or parts[2] in {"*"} | built or
+                known = parts[1] in ({"*", "packages", "release-*"} | presets) and (len(parts) < 3 or parts[2] in {"*"} | built or
                                                                        parts[2] == "CPackConfig.cmake")
             else:
                 pattern = "/".join(parts)
