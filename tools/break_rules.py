@@ -19,6 +19,8 @@ NODE, ONE, REPLIES = 'src/search/node.h', 'src/search/ply_one.cpp', 'src/search/
 WINDOWS, FILTERS, TIME = 'src/search/windows.h', 'src/search/filters.h', 'src/search/for_a_time.h'
 ROOTR, SCHEDULE, TABLE = 'src/search/root_routines.cpp', 'src/search/schedule.cpp', 'src/search/ply_table.h'
 STATE, SCORE, WALKS = 'src/search/state.h', 'src/search/score_windows.cpp', 'src/search/move_walks.h'
+VALUE, NOTED = 'src/search/leaf_value.h', 'src/search/noted_leaves.h'
+CONTEXT, PAWNS = 'src/eval/context.cpp', 'src/eval/pawn_terms.cpp'
 LEAF, ESTIMATE, JUDGEMENT = 'src/eval/leaf.h', 'src/eval/estimate.cpp', 'src/eval/judgement.cpp'
 WEIGHTS, STRATEGY, TRIAL = 'src/eval/weights.h', 'src/eval/strategy.cpp', 'src/eval/root_trial.cpp'
 PREPARATION, WALK = 'src/eval/preparation.cpp', 'src/eval/walk.h'
@@ -92,14 +94,21 @@ BREAKS = [
     # --- leaves
     ('the gate stops pawn moves', NODE, ' || before[m.from()] == code(c, peao) || gives_check', ' || gives_check'),
     ('the gate stops checks', NODE, ' || gives_check<c>(n, m)) {\n        return false;\n    }\n    count_rule(Rule::gate)', ') {\n        return false;\n    }\n    count_rule(Rule::gate)'),
-    ('the lazy test judges a leaf on its margin', NODE, '!(v > limit - piecesac) : !(v < limit + piecesac)', '!(v >= limit - piecesac) : !(v <= limit + piecesac)'),
+    ('the lazy test judges a leaf on its margin', VALUE, '!(v > limit - piecesac) : !(v < limit + piecesac)', '!(v >= limit - piecesac) : !(v <= limit + piecesac)'),
     ('estimates are trusted too far', LEAF, 'estimate_slack = 0.01F', 'estimate_slack = -0.05F'),
     ('estimates are trusted to the last bit', LEAF, 'estimate_slack = 0.01F', 'estimate_slack = 0.0F'),
-    ('ply 4 trusts estimates', NODE, 'first_estimated_ply = 6', 'first_estimated_ply = 4'),
-    ('a dead draw is judged', NODE, 'judgement.EMPAT ? static_cast<float>(search.emp) : v', 'v'),
-    ('en passant costs the victim', NODE, 'worth_of_en_passant = 10', 'worth_of_en_passant = 0'),
-    ('a promotion is worth a queen', NODE, 'worth_of_promotion = 80', 'worth_of_promotion = 90'),
-    ('the leaf of ply 2 takes the ratio upside down', NODE, 'ratio(material[c], material[other(c)])', 'ratio(material[other(c)], material[c])'),
+    ('ply 4 trusts estimates', NOTED, 'first_estimated_ply = 6', 'first_estimated_ply = 4'),
+    ('notes reach ply 5', NOTED, 'last_exact_ply = 5', 'last_exact_ply = 4'),
+    ('a comparison with a noted value is never too close', NOTED, 'if (slack != 0 && is_close', 'if (slack < 0 && is_close'),
+    ('a note outlives its value', NODE, '    forget_note(n + 1);\n', ''),
+    ('a noted value goes up as it is', NOTED, '} else if (!parent_can_do_with_estimate(n)) {', '} else if (false) {'),
+    ('a null move hands up what is noted', NODE, '        settle(child);\n', ''),
+    ('kept leaves outlive their context', CONTEXT, '        ++context.stamp;\n', ''),
+    ('pawn terms forget the kings', PAWNS, ' || x.king != king', ''),
+    ('a dead draw is judged', VALUE, '    if (judgement.EMPAT) {', '    if (false) {'),
+    ('en passant costs the victim', VALUE, 'worth_of_en_passant = 10', 'worth_of_en_passant = 0'),
+    ('a promotion is worth a queen', VALUE, 'worth_of_promotion = 80', 'worth_of_promotion = 90'),
+    ('the leaf of ply 2 takes the ratio upside down', VALUE, 'ratio(material[c], material[other(c)])', 'ratio(material[other(c)], material[c])'),
     # --- the replies, the fold and the cut
     ('the capture slot is not dropped before a leaf', NODE, '        slot.from_file = no_move.from_file;\n        return false;', '        return false;'),
     ('a capture stores nothing', NODE, '            slots.aag_ddg[n] = stored;\n', ''),
@@ -108,7 +117,7 @@ BREAKS = [
     ('the test form knows the last-ply rule', NODE, '!search_reply<us>(n, m, !test)) {', '!search_reply<us>(n, m, true)) {'),
     ('a value on the cut does not cut', NODE, '(P::even ? v >= ply[n].cut_at : v <= ply[n].cut_at)', '(P::even ? v > ply[n].cut_at : v < ply[n].cut_at)'),
     ('the cut forgets the limit', NODE, 'std::min(limit, bounds.MAXcut[n]) : std::max(limit, -bounds.MAXcut[n])', 'limit : limit'),
-    ('an equal value is taken in', NODE, 'if (bounds.beta[n + 1] > bounds.alfa[n]) {', 'if (bounds.beta[n + 1] >= bounds.alfa[n]) {',
+    ('an equal value is taken in', NODE, 'P::even ? v > bound : v < bound', 'P::even ? v >= bound : v <= bound',
      'it puts the same value there, and clears X_D of a node whose bound stands at -16500 only for a child of -16500, which no child has'),
     ('stalemate is mate', NODE, 'ply[n].XEQUE_MATE ? mate : static_cast<float>(search.emp)', 'mate'),
     ('a node without an improving reply is mate', NODE, 'ply[n].X_D && tree.nd == n', 'ply[n].X_D'),
