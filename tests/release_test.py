@@ -247,10 +247,12 @@ def check_checksums(args):
     out, version = release_of(args)
     lines = (out / "SHA256SUMS").read_text().splitlines()
     listed = {name.lstrip("*"): total for total, name in (line.split(maxsplit=1) for line in lines)}
-    there = {path.name: hashlib.sha256(path.read_bytes()).hexdigest() for path in out.iterdir() if path.name != "SHA256SUMS"}
+    there = {path.name: hashlib.sha256(path.read_bytes()).hexdigest()
+             for path in out.iterdir() if path.name != "SHA256SUMS"}
     faults = [] if listed == there else [f"SHA256SUMS lists {listed}, there is {there}"]
     bill = json.loads((out / f"ondrel-{version}.spdx.json").read_text())
-    described = {x["packageFileName"]: x["checksums"][0]["checksumValue"] for x in bill["packages"] if "packageFileName" in x}
+    described = {x["packageFileName"]: x["checksums"][0]["checksumValue"]
+                 for x in bill["packages"] if "packageFileName" in x}
     packed = {name: total for name, total in there.items() if not name.endswith(".json")}
     if described != packed:
         faults.append(f"the bill of materials describes {described}")

@@ -57,7 +57,8 @@ def libuv_of(preset, libuv):
     if preset != "linux-x86_64":
         return "libuv1", (libuv / "version").read_text().strip(), libuv / "copyright"
     package = "libuv1-dev"
-    return package, output_of("dpkg-query", "-W", "-f", "${Version}", package), Path(f"/usr/share/doc/{package}/copyright")
+    version = output_of("dpkg-query", "-W", "-f", "${Version}", package)
+    return package, version, Path("/usr/share/doc", package, "copyright")
 
 
 def parts(preset, build, libuv):
@@ -73,7 +74,8 @@ def parts(preset, build, libuv):
 
 
 def licence_of_ondrel():
-    return next((path for path in sorted(SOURCE.iterdir()) if path.stem.upper() in ("LICENSE", "LICENCE", "COPYING")), None)
+    names = ("LICENSE", "LICENCE", "COPYING")
+    return next((path for path in sorted(SOURCE.iterdir()) if path.stem.upper() in names), None)
 
 
 def lay_licences(args):
@@ -129,7 +131,8 @@ def write_spdx(args):
             # The Debian package takes the libraries from the system but for the archive of libuv.
             dynamic = is_debian and name != "libuv"
             relate(file_of, "DYNAMIC_LINK" if dynamic else "STATIC_LINK",
-                   add(package(name, version, licence, sourceInfo=f"Debian package {of}", primaryPackagePurpose="LIBRARY")))
+                   add(package(name, version, licence, sourceInfo=f"Debian package {of}",
+                               primaryPackagePurpose="LIBRARY")))
     contents = {"packages": list(packages.values()), "relationships": relations}
     space = uuid.uuid5(uuid.NAMESPACE_URL, json.dumps(contents, sort_keys=True))
     created = datetime.fromtimestamp(int(os.environ["SOURCE_DATE_EPOCH"]), timezone.utc).strftime("%Y-%m-%dT%H:%M:%SZ")

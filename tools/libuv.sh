@@ -35,8 +35,9 @@ copy_sources() {
 }
 
 own_apt_get() {
-    apt-get -q -o Dir::Etc::sourcelist=/dev/null -o Dir::Etc::sourceparts="$apt/parts" -o Dir::State::lists="$apt/lists" \
-        -o Dir::Cache="$apt/cache" -o APT::Architectures::=amd64 -o APT::Architectures::=arm64 -o APT::Sandbox::User= \
+    apt-get -q -o Dir::Etc::sourcelist=/dev/null -o Dir::Etc::sourceparts="$apt/parts" \
+        -o Dir::State::lists="$apt/lists" -o Dir::Cache="$apt/cache" \
+        -o APT::Architectures::=amd64 -o APT::Architectures::=arm64 -o APT::Sandbox::User= \
         -o Acquire::Languages=none -o Acquire::Retries=1 -o Acquire::http::Timeout=15 "$@" >>"$log" 2>&1
 }
 

@@ -2,7 +2,7 @@
 # Builds ondrel-bench in one way after another and tells whether the search writes the same in all of them.
 #   tools/signatures.sh quick|whole [WAY...]
 # A way is a preset (linux-x86_64, linux-aarch64, windows-x86_64) or <compiler>-<how>: gcc or clang, with O1, O3, lto or
-# pgo. Without a WAY all of them. Writes a row of a table for each; ends with 1 where a signature is another than that in
+# pgo. Without a WAY all of them. Writes a row of a table for each; ends with 1 where a signature is not that in
 # tests/data/bench-signature.txt (the first line for the quick conversations, the second for the whole bench) or a way
 # does not build. A way whose compiler or emulator is not installed is passed over and said.
 set -euo pipefail
