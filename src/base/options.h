@@ -1,6 +1,6 @@
-// The settings: one member per UCI option. Lifetime: the process. Written by option lines alone (uci/options.cpp), read
-// by everybody. Flags are 0 or 1. What a search changes of a setting for a time, it changes in a copy of its own
-// (search/state.h).
+// The settings: one member per UCI option that is no button. Lifetime: the process. Written by option lines
+// (uci/options.cpp) and by the worker of the second front (standard_uci/engine_port.cpp), read by everybody. Flags are 0
+// or 1. What a search changes of a setting for a time, it changes in a copy of its own (search/state.h).
 #pragma once
 
 #include <cstdint>

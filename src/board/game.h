@@ -35,7 +35,7 @@ struct GameLine {
 };
 inline GameLine game_line;
 
-// The root position as its preparation (eval/preparation.cpp, which alone writes it) finds it; arrays by Colour.
+// The root position as its preparation (eval/preparation.cpp, which alone fills it) finds it; arrays by Colour.
 // Lifetime: a game, for the tables of nearness and the king squares outlast a line that has nothing to fill them with.
 struct RootPosition {
     std::array<float, 2> material_a{510.0F, 510.0F};     // materialba, materialpa: score units, kings included

@@ -1,4 +1,4 @@
-// The judgement of a leaf. Called by the leaves of the tree (search/node.h), which estimate first and make the estimate
+// The judgement of a leaf. Called by the leaves of the tree (search/leaf_value.h), which estimate first and make the estimate
 // exact where that matters; and through extra_eval and extra_evall, the judgement in one step.
 #pragma once
 

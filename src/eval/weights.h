@@ -1,4 +1,4 @@
-// Every weight of the evaluation: the terms of a leaf and its final sum. A weight of a term is in units of the positional
+// The weights of a leaf's judgement that are no options: its terms and its final sum. A weight of a term is in units of the positional
 // sum (posicao_<c>), which enters the score only under a logarithm; a weight of the final sum is in score units.
 #pragma once
 
@@ -86,11 +86,12 @@ struct LeafWeights {
     int bishop_on_long_diagonal = 0;
 };
 
-// Written by prepare_weights alone. Lifetime: a search.
+// Written by prepare_weights alone. Lifetime: until what they are worked out from changes, mostly a search.
 inline LeafWeights weights;
 
 // Brings the weights up to date with npecas, materialmaior and agresprxrei for the colour that the engine plays, and the
-// context (context.h); cheap when nothing has changed. Called before every walk of the root and before a search enters its tree.
+// context (context.h); cheap when nothing has changed. Called before every walk of the root and before a search enters its
+// tree.
 void prepare_weights(Colour own);
 
 // --- Tables that depend on nothing ---

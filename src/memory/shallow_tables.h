@@ -1,6 +1,6 @@
 // The memory of plies 3, 4 and 5: whole nodes under the exact window in which they were searched, one table for each ply
 // and colour. A search uses the tables of one chain only: 3b, 4p, 5b when White moves at the root, else 3p, 4b, 5p.
-// Called by the nodes of these plies (search/node.cpp); the tables are cleared by the root and by the front end.
+// Called by the nodes of these plies (search/node.h); the tables are cleared by the root and by the front end.
 #pragma once
 
 #include "base/types.h"

@@ -17,7 +17,8 @@ struct RootFilter {
 
 // Lifetime: the process; set by the front end.
 struct Observers {
-    // Called after each root move, in the build pass too; the value stands in beta[1], the line in A0_D7.
+    // Called after each root move that was searched to its end, in the build pass too: not where a repetition, the null
+    // move or a mate of the IID pass has settled it; the value stands in beta[1], the line in A0_D7.
     void (*root_move_searched)() = nullptr;
     // Called on entry of every node of plies 2 and 3: often enough to watch the search, too seldom to slow it.
     void (*shallow_node_entered)() = nullptr;

@@ -5,7 +5,7 @@
 
 namespace ondrel {
 
-// Begins a game with the engine as c: everything but the settings and the game-long memory is as at its start.
+// Begins a game with the engine as c: tab, the root and the trials are as at its start, and what belongs to a line is new.
 void begin_game(Colour c);
 
 // Replays the position line `in` into tab, tabr1 and the root's flags, counts its moves in nb and leaves the side to
