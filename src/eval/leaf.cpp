@@ -87,13 +87,15 @@ void judge_estimated_leaf(const Leaf& leaf) {
     judgement.extraeval = within_piecesac(sum ? *sum : sum_exactly(in, at_hand.counters));
 }
 
+template <Colour own>
+void judge_own_leaf(const Leaf& leaf) {
+    if (estimate_leaf<own, own>(leaf) != Known::exactly) {
+        judge_estimated_leaf<own, own>(leaf);
+    }
+}
+
 void judge_leaf(Colour own, const Leaf& leaf) {
-    const auto judge = [&leaf]<Colour us>() {
-        if (estimate_leaf<us, us>(leaf) != Known::exactly) {
-            judge_estimated_leaf<us, us>(leaf);
-        }
-    };
-    own == white ? judge.operator()<white>() : judge.operator()<black>();
+    own == white ? judge_own_leaf<white>(leaf) : judge_own_leaf<black>(leaf);
 }
 
 template <Colour own>

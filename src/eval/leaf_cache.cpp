@@ -8,9 +8,9 @@ namespace {
 constexpr int places_bits = 16;
 
 struct LeafCache {
-    std::array<CachedLeaf, std::size_t{1} << places_bits> places;
+    std::array<CachedLeaf, std::size_t{1} << places_bits> places{};
     // A part of the hash of what stands there. A leaf that is not there need not be waited for: it is only written.
-    std::array<std::uint16_t, std::size_t{1} << places_bits> tags;
+    std::array<std::uint16_t, std::size_t{1} << places_bits> tags{};
 };
 LeafCache cache;
 
@@ -28,10 +28,10 @@ std::uint64_t hash_of(const std::array<SquareSet, 4>& planes, std::uint64_t rest
 
 }  // namespace
 
-CachedLeaf& cached_leaf(const PieceSets& m, const std::array<int, 2>& king, Colour stm) {
-    const std::array<SquareSet, 4> planes{m.of_colour[white], m.kind(peao) | m.kind(bispo) | m.kind(dama),
-                                          m.kind(cavalo) | m.kind(bispo) | m.kind(rei),
-                                          m.kind(torre) | m.kind(dama) | m.kind(rei)};
+CachedLeaf& cached_leaf(const PieceSets& sets, const std::array<int, 2>& king, Colour stm) {
+    const std::array<SquareSet, 4> planes{sets.of_colour[white], sets.kind(peao) | sets.kind(bispo) | sets.kind(dama),
+                                          sets.kind(cavalo) | sets.kind(bispo) | sets.kind(rei),
+                                          sets.kind(torre) | sets.kind(dama) | sets.kind(rei)};
     const std::array<std::uint8_t, 2> seen{static_cast<std::uint8_t>(king[white]),
                                            static_cast<std::uint8_t>(king[black])};
     const std::uint64_t hash =

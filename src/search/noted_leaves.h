@@ -24,16 +24,16 @@ constexpr int first_estimated_ply = 6;
 constexpr int last_exact_ply = 5;
 
 struct NotedLeaf {
-    PieceSets sets;
-    std::array<int, 2> king;
-    std::array<int, 2> roque;
-    float material_score;
+    PieceSets sets{};
+    std::array<int, 2> king{};
+    std::array<int, 2> roque{};
+    float material_score = 0;
 };
 
 // By the ply whose value is the estimate of the leaf. Lifetime: the value.
 struct NotedLeaves {
     std::array<std::uint8_t, last_ply + 2> is_noted{};
-    std::array<NotedLeaf, last_ply + 2> leaf;
+    std::array<NotedLeaf, last_ply + 2> leaf{};
 };
 inline NotedLeaves noted;
 
