@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds Ondrel with profile-guided optimisation: once with counters, trained by ondrel-bench, once with what it told.
+# Builds Ondrel with profile-guided optimisation: once with counters, trained by the bench, once with what it told.
 #   tools/pgo.sh PRESET [DIRECTORY [CMAKE ARGUMENT...]]
 # builds in DIRECTORY, build/PRESET-pgo if there is none. The presets that build for another system are trained under
 # qemu-aarch64 or wine. TRAINING=whole trains with all conversations of the bench instead of the quick ones.
@@ -21,8 +21,8 @@ step() {
 }
 
 rm -rf "$dir/profile"
-step generate ondrel-bench
-run_target "$preset" "$dir/ondrel-bench" "${training[@]}"
+step generate ondrel-train
+run_target "$preset" "$dir/ondrel-train" "${training[@]}"
 if grep -q '^CMAKE_CXX_COMPILER:.*clang' "$dir/CMakeCache.txt"; then
     llvm-profdata merge -o "$dir/profile/ondrel.profdata" "$dir"/profile/*.profraw
 fi
