@@ -88,7 +88,7 @@ class Process:
                 pass  # it was on its way out
         return workers
 
-    def is_gone(self, seconds=3.0):
+    def is_gone(self, seconds=10.0):
         """Whether it and all that it has started end in that time."""
         until = time.monotonic() + seconds
         while time.monotonic() < until:

@@ -174,7 +174,7 @@ def faults_without_reader(args):
     process.say(*["uci"] * 2000, "isready")
     process.wait_for("readyok")
     process.say(*["uci"] * 2000, "quit")
-    if not process.is_gone(5):
+    if not process.is_gone(20):
         faults.append("it does not leave a client that does not read")
     process.close()
     process = Process(args.engine)
@@ -183,7 +183,7 @@ def faults_without_reader(args):
         process.say(OPEN_GAME, "go depth 4", "isready", "go infinite", "quit")
     except BrokenPipeError:
         faults.append("it broke with its output")
-    if not process.is_gone(5):
+    if not process.is_gone(20):
         faults.append("it does not leave a client that has left")
     process.process.stdout = None
     process.close()
