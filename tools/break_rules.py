@@ -37,8 +37,6 @@ BREAKS = [
     ('no visit is owed at all', ROOTR, '    visits.owed = m;\n', ''),
     ('castling makes no owed visit', ROOTR, '    make_owed_visit<c>();\n    // White', '    // White'),
     ('white long castling with check is judged by its own side', ROOTR, 'c == white && r.ch ? short_side : k', 'k'),
-    ('a class is kept over a pass', SCHEDULE, '    prepare_root();\n    const float opponent', '    ply[0].sets = piece_sets(tab);\n    const float opponent',
-     'tab, the root tables, the material and the options stand throughout a search, and a class is made of nothing else; the next search forgets it'),
     ('a class is kept over a search', ROOTR, 'visits.by_move = {}; }', '}'),
     ('the draw branch does not read pempate anew', ROOTR, '        if (trial.Y) {  // as the deeper search has left it, like pempate below\n            return false;\n        }', '        return false;'),
     ('the draw branch does not read Y', ROOTR, '        if (trial.Y) {  // as the deeper search has left it, like pempate below\n            return false;\n        }', ''),
