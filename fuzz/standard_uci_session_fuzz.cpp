@@ -1,4 +1,4 @@
-// Conversations with the session of ondrel-uci, its worker and its clock played by the input as well. Whatever is said,
+// Conversations with ondrel-uci behind its seam, its worker and its clock played by the input as well. Whatever is said,
 // each go has one bestmove, none comes before it, and the session ends when the client leaves.
 //
 // A line that begins with '<' is said by the worker, one with '+' lets as many milliseconds pass, '!' is the end of the

@@ -26,7 +26,7 @@ def members_of(session):
 
 
 class Process:
-    """One ondrel-uci, in a session of its own, so that all that it starts can be found."""
+    """One ondrel-uci, in a process group of its own, so that all that it starts can be found."""
 
     def __init__(self, engine, introduce=True, **streams):
         streams = {"stdin": subprocess.PIPE, "stdout": subprocess.PIPE} | streams
